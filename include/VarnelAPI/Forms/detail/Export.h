@@ -1,0 +1,15 @@
+#pragma once
+
+/// Marks what the shared library exports. Define VARNEL_FORMS_STATIC when linking the static library;
+/// the CMake target does so by itself.
+#if defined(VARNEL_FORMS_STATIC)
+#define VARNEL_FORMS_API
+#elif defined(_WIN32)
+#if defined(VARNEL_FORMS_BUILDING)
+#define VARNEL_FORMS_API __declspec(dllexport)
+#else
+#define VARNEL_FORMS_API __declspec(dllimport)
+#endif
+#else
+#define VARNEL_FORMS_API __attribute__((visibility("default")))
+#endif

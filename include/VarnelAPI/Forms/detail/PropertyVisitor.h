@@ -1,0 +1,149 @@
+#pragma once
+
+#include <VarnelAPI/Forms/detail/Property.h>
+#include <VarnelAPI/Forms/model/ModelBase.h>
+
+#include <memory>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+namespace VarnelAPI::Forms::model::detail {
+
+class Model;
+
+/// A property's key on the wire: a JSON member's name and a multipart part's.
+using Key = std::basic_string_view<utility::char_t>;
+
+/// Whether a JSON tree stays as it is while it is read, or gives away its texts.
+enum class JsonUse { Keep, Consume };
+
+/// The value of a scalar property, by kind. A type that is not listed here can't be a property: it fails to compile.
+using Scalar = std::variant<utility::string_t*, int32_t*, int64_t*, double*, bool*, utility::datetime*>;
+
+/// A property that is a nested model, with the model's class erased.
+class NestedProperty {
+public:
+    virtual bool isSet() const = 0;
+    /// The nested model, or null.
+    virtual const Model* get() const = 0;
+    /// A new model of the property's class, not stored.
+    virtual std::shared_ptr<Model> create() const = 0;
+    /// Stores what `create` made and sets the flag.
+    virtual void store(std::shared_ptr<Model> model) = 0;
+
+protected:
+    ~NestedProperty() = default;
+};
+
+/// A property that is a list, with the type of its elements erased.
+class ListProperty {
+public:
+    virtual std::size_t size() const = 0;
+    virtual web::json::value elementToJson(std::size_t index) const = 0;
+    virtual void clear() = 0;
+    virtual void reserve(std::size_t size) = 0;
+    virtual void append(web::json::value& element, JsonUse use) = 0;
+
+protected:
+    ~ListProperty() = default;
+};
+
+VARNEL_FORMS_API web::json::value toJsonArray(const std::vector<double>& numbers);
+VARNEL_FORMS_API void fromJsonElement(web::json::value& element, JsonUse use, utility::string_t& value);
+VARNEL_FORMS_API void fromJsonElement(web::json::value& element, JsonUse use, double& value);
+VARNEL_FORMS_API void fromJsonElement(web::json::value& element, JsonUse use, std::vector<double>& row);
+VARNEL_FORMS_API void fromJsonElement(web::json::value& element, JsonUse use, Model& model);
+
+template <class M>
+class NestedPropertyOf final : public NestedProperty {
+public:
+    explicit NestedPropertyOf(Property<std::shared_ptr<M>>& property) : m_Property(property) {}
+    bool isSet() const override { return m_Property.isSet; }
+    const Model* get() const override { return m_Property.value.get(); }
+    std::shared_ptr<Model> create() const override { return std::make_shared<M>(); }
+    void store(std::shared_ptr<Model> model) override { m_Property.set(std::static_pointer_cast<M>(std::move(model))); }
+
+private:
+    Property<std::shared_ptr<M>>& m_Property;
+};
+
+template <class T>
+class ListPropertyOf final : public ListProperty {
+public:
+    explicit ListPropertyOf(std::vector<T>& list) : m_List(list) {}
+    std::size_t size() const override { return m_List.size(); }
+    web::json::value elementToJson(std::size_t index) const override {
+        if constexpr (std::is_same_v<T, std::vector<double>>) {
+            return toJsonArray(m_List[index]);
+        } else {
+            return ModelBase::toJson(m_List[index]);
+        }
+    }
+    void clear() override { m_List.clear(); }
+    void reserve(std::size_t size) override { m_List.reserve(size); }
+    void append(web::json::value& element, JsonUse use) override {
+        if constexpr (std::is_convertible_v<T, std::shared_ptr<ModelBase>>) {
+            T model;
+            if (!element.is_null()) {
+                model = std::make_shared<typename T::element_type>();
+                fromJsonElement(element, use, *model);
+            }
+            m_List.push_back(std::move(model));
+        } else {
+            T value{};
+            fromJsonElement(element, use, value);
+            m_List.push_back(std::move(value));
+        }
+    }
+
+private:
+    std::vector<T>& m_List;
+};
+
+/// What goes over a model's properties, in their declaration order: each model class calls it once per property in
+/// its `describe`, and each of the conversions is one visitor. Three kinds of property, and two words for the rules
+/// that hold for single properties only.
+class VARNEL_FORMS_API PropertyVisitor {
+public:
+    template <class T>
+    void operator()(Key key, Property<T>& property) {
+        scalar(key, Scalar(&property.value), property.isSet);
+    }
+    template <class M>
+    void operator()(Key key, Property<std::shared_ptr<M>>& property) {
+        NestedPropertyOf<M> erased(property);
+        nested(key, erased);
+    }
+    template <class T>
+    void operator()(Key key, Property<std::vector<T>>& property) {
+        ListPropertyOf<T> erased(property.value);
+        list(key, erased);
+    }
+
+    /// A date that goes out as JSON null, instead of not at all, when it is set to the date never set.
+    void nullable(Key key, Property<utility::datetime>& property) { nullableDate(key, property); }
+
+    /// A nested model that is carried as a text that holds its JSON.
+    template <class M>
+    void asText(Key key, Property<std::shared_ptr<M>>& property) {
+        NestedPropertyOf<M> erased(property);
+        nestedAsText(key, erased);
+    }
+
+protected:
+    PropertyVisitor() = default;
+    PropertyVisitor(const PropertyVisitor&) = default;
+    PropertyVisitor& operator=(const PropertyVisitor&) = default;
+    virtual ~PropertyVisitor();
+
+private:
+    virtual void scalar(Key key, Scalar value, bool& isSet) = 0;
+    virtual void nested(Key key, NestedProperty& property) = 0;
+    virtual void list(Key key, ListProperty& property) = 0;
+    virtual void nullableDate(Key key, Property<utility::datetime>& property);
+    virtual void nestedAsText(Key key, NestedProperty& property) = 0;
+};
+
+} // namespace VarnelAPI::Forms::model::detail

@@ -1,0 +1,90 @@
+#include <VarnelAPI/Forms/api/AttachmentApi.h>
+
+#include <VarnelAPI/Forms/model/JsonBody.h>
+
+#include "Operation.h"
+
+namespace VarnelAPI::Forms::api {
+
+namespace {
+constexpr detail::Resource attachments("AttachmentApi", _XPLATSTR("DynamicSchema/Attachment"));
+} // namespace
+
+detail::ModelTask<model::DynamicSchemaAttachmentInstanceCount>
+AttachmentApi::count_DynamicSchemaAttachment(const utility::string_t& location) const {
+    return attachments.count<model::DynamicSchemaAttachmentInstanceCount>(m_ApiClient, __func__, location);
+}
+
+pplx::task<void> AttachmentApi::delete_DynamicSchemaAttachment_instanceId(const utility::string_t& location,
+                                                                          const utility::string_t& instanceId) const {
+    return attachments.remove(m_ApiClient, __func__, location, instanceId);
+}
+
+pplx::task<model::HttpContent>
+AttachmentApi::fILEGET_DynamicSchemaAttachment_instanceId(const utility::string_t& location,
+                                                          const utility::string_t& instanceId) const {
+    return attachments.download(m_ApiClient, __func__, location, instanceId);
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance>
+AttachmentApi::fileInsert_DynamicSchemaAttachment_instanceId(const utility::string_t& location,
+                                                             const utility::string_t& instanceId,
+                                                             const utility::string_t& /*s3*/,
+                                                             const utility::string_t& contentType,
+                                                             const utility::string_t& contentDisposition,
+                                                             const std::vector<char>& /*content*/) const {
+    return attachments
+        .onInstance(m_ApiClient, __func__, web::http::methods::PUT, location, instanceId, _XPLATSTR("$file"))
+        .header(web::http::header_names::content_type, ApiClient::parameterToString(contentType))
+        .header(web::http::header_names::content_disposition, ApiClient::parameterToString(contentDisposition))
+        // The service takes this literal in place of the bytes; see the header.
+        .body(std::make_shared<model::JsonBody>(web::json::value::boolean(true)), contentType)
+        .yieldModel<model::DynamicSchemaAttachmentChangedInstance>();
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentInstance> AttachmentApi::get_DynamicSchemaAttachment_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+    return attachments.get<model::DynamicSchemaAttachmentInstance>(m_ApiClient, __func__, location, instanceId, select);
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance> AttachmentApi::insert_DynamicSchemaAttachment(
+    const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
+    const detail::Body<model::DynamicSchemaAttachmentInstance>& body) const {
+    return attachments
+        .belowIssue(m_ApiClient, __func__, web::http::methods::POST, projInstID, formClassName, issueInstID)
+        .body(body)
+        .yieldModel<model::DynamicSchemaAttachmentChangedInstance>();
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select_DynamicSchemaAttachment(
+    const utility::string_t& location, const utility::string_t& instanceID, const detail::TextOption& filter,
+    const detail::TextOption& select, const detail::TextOption& orderby, const detail::TextOption& filtersettings,
+    const detail::NumberOption& skip, const detail::NumberOption& top) const {
+    return attachments
+        .onClass(m_ApiClient, __func__, web::http::methods::GET, location,
+                 instanceID.empty() ? _XPLATSTR("") : _XPLATSTR("/{instanceID}"))
+        .fill(_XPLATSTR("instanceID"), instanceID)
+        .options({filter, select, orderby, filtersettings, skip, top})
+        .yieldModel<model::DynamicSchemaAttachmentInstances>();
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select_DynamicSchemaAttachment2(
+    const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
+    const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
+    const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
+    const bool all = projInstID.empty();
+    return attachments
+        .belowIssue(m_ApiClient, __func__, web::http::methods::GET, projInstID,
+                    all ? utility::string_t() : formClassName, issueInstID)
+        .options({filter, select, orderby, filtersettings, skip, top})
+        .yieldModel<model::DynamicSchemaAttachmentInstances>();
+}
+
+detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance>
+AttachmentApi::update_DynamicSchemaAttachment(const utility::string_t& location, const utility::string_t& instanceId,
+                                              const detail::Body<model::DynamicSchemaAttachmentInstance>& body) const {
+    return attachments.update<model::DynamicSchemaAttachmentChangedInstance>(m_ApiClient, __func__, location,
+                                                                             instanceId, body);
+}
+
+} // namespace VarnelAPI::Forms::api

@@ -1,0 +1,64 @@
+#include <VarnelAPI/Forms/api/CommentApi.h>
+
+#include "Operation.h"
+
+namespace VarnelAPI::Forms::api {
+
+namespace {
+constexpr detail::Resource comments("CommentApi", _XPLATSTR("DynamicSchema/_Comment"));
+} // namespace
+
+detail::ModelTask<model::DynamicSchema_CommentInstanceCount>
+CommentApi::count_DynamicSchemaComment(const utility::string_t& location) const {
+    return comments.count<model::DynamicSchema_CommentInstanceCount>(m_ApiClient, __func__, location);
+}
+
+pplx::task<void> CommentApi::delete_DynamicSchemaComment_instanceId(const utility::string_t& location,
+                                                                    const utility::string_t& instanceId) const {
+    return comments.remove(m_ApiClient, __func__, location, instanceId);
+}
+
+detail::ModelTask<model::DynamicSchema_CommentInstance>
+CommentApi::get_DynamicSchemaComment_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
+                                                const detail::TextOption& select) const {
+    return comments.get<model::DynamicSchema_CommentInstance>(m_ApiClient, __func__, location, instanceId, select);
+}
+
+detail::ModelTask<model::DynamicSchema_CommentChangedInstance>
+CommentApi::insert_DynamicSchemaComment(const utility::string_t& projInstID, const utility::string_t& formClassName,
+                                        const utility::string_t& issueInstID,
+                                        const detail::Body<model::DynamicSchema_CommentInstance>& body) const {
+    return comments.belowIssue(m_ApiClient, __func__, web::http::methods::POST, projInstID, formClassName, issueInstID)
+        .body(body)
+        .yieldModel<model::DynamicSchema_CommentChangedInstance>();
+}
+
+detail::ModelTask<model::DynamicSchema_CommentInstances>
+CommentApi::select_DynamicSchemaComment(const utility::string_t& location, const detail::TextOption& filter,
+                                        const detail::TextOption& select, const detail::TextOption& orderby,
+                                        const detail::TextOption& filtersettings, const detail::NumberOption& skip,
+                                        const detail::NumberOption& top) const {
+    return comments.select<model::DynamicSchema_CommentInstances>(m_ApiClient, __func__, location,
+                                                                  {filter, select, orderby, filtersettings, skip, top});
+}
+
+detail::ModelTask<model::DynamicSchema_CommentInstances> CommentApi::select_DynamicSchemaComment2(
+    const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
+    const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
+    const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
+    const bool all = projInstID.empty();
+    return comments
+        .belowIssue(m_ApiClient, __func__, web::http::methods::GET, projInstID,
+                    all ? utility::string_t() : formClassName, issueInstID)
+        .options({filter, select, orderby, filtersettings, skip, top})
+        .yieldModel<model::DynamicSchema_CommentInstances>();
+}
+
+detail::ModelTask<model::DynamicSchema_CommentChangedInstance>
+CommentApi::update_DynamicSchemaComment(const utility::string_t& location, const utility::string_t& instanceId,
+                                        const detail::Body<model::DynamicSchema_CommentInstance>& body) const {
+    return comments.update<model::DynamicSchema_CommentChangedInstance>(m_ApiClient, __func__, location, instanceId,
+                                                                        body);
+}
+
+} // namespace VarnelAPI::Forms::api

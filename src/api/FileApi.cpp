@@ -1,0 +1,65 @@
+#include <VarnelAPI/Forms/api/FileApi.h>
+
+#include "Operation.h"
+
+namespace VarnelAPI::Forms::api {
+
+namespace {
+constexpr detail::Resource files("FileApi", _XPLATSTR("DynamicSchema/File"));
+} // namespace
+
+detail::ModelTask<model::DynamicSchemaFileInstanceCount>
+FileApi::count_DynamicSchemaFile(const utility::string_t& location) const {
+    return files.count<model::DynamicSchemaFileInstanceCount>(m_ApiClient, __func__, location);
+}
+
+pplx::task<void> FileApi::delete_DynamicSchemaFile_instanceId(const utility::string_t& location,
+                                                              const utility::string_t& instanceId) const {
+    return files.remove(m_ApiClient, __func__, location, instanceId);
+}
+
+pplx::task<model::HttpContent>
+FileApi::fILEGET_DynamicSchemaFile_instanceId(const utility::string_t& location,
+                                              const utility::string_t& instanceId) const {
+    return files.download(m_ApiClient, __func__, location, instanceId);
+}
+
+detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+FileApi::fileInsert_DynamicSchemaFile_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
+                                                 const utility::string_t& contentDisposition,
+                                                 const detail::TextOption& /*content*/) const {
+    return files.onInstance(m_ApiClient, __func__, web::http::methods::PUT, location, instanceId, _XPLATSTR("$file"))
+        .header(web::http::header_names::content_disposition, ApiClient::parameterToString(contentDisposition))
+        // Throws; the rest only says what would follow.
+        .consumes({_XPLATSTR("text/plain")})
+        .yieldModel<model::DynamicSchemaFileChangedInstance>();
+}
+
+detail::ModelTask<model::DynamicSchemaFileInstance>
+FileApi::get_DynamicSchemaFile_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
+                                          const detail::TextOption& select) const {
+    return files.get<model::DynamicSchemaFileInstance>(m_ApiClient, __func__, location, instanceId, select);
+}
+
+detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+FileApi::insert_DynamicSchemaFile(const utility::string_t& location,
+                                  const detail::Body<model::DynamicSchemaFileInstance>& body) const {
+    return files.insert<model::DynamicSchemaFileChangedInstance>(m_ApiClient, __func__, location, body);
+}
+
+detail::ModelTask<model::DynamicSchemaFileInstances>
+FileApi::select_DynamicSchemaFile(const utility::string_t& location, const detail::TextOption& filter,
+                                  const detail::TextOption& select, const detail::TextOption& orderby,
+                                  const detail::TextOption& filtersettings, const detail::NumberOption& skip,
+                                  const detail::NumberOption& top) const {
+    return files.select<model::DynamicSchemaFileInstances>(m_ApiClient, __func__, location,
+                                                           {filter, select, orderby, filtersettings, skip, top});
+}
+
+detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+FileApi::update_DynamicSchemaFile(const utility::string_t& location, const utility::string_t& instanceId,
+                                  const detail::Body<model::DynamicSchemaFileInstance>& body) const {
+    return files.update<model::DynamicSchemaFileChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
+}
+
+} // namespace VarnelAPI::Forms::api

@@ -1,0 +1,123 @@
+#include "Redirects.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace VarnelAPI::Forms::api::detail {
+
+using web::http::header_names;
+using web::http::http_request;
+using web::http::http_response;
+using web::http::methods;
+using web::http::status_codes;
+using web::http::client::http_client;
+using web::http::client::http_client_config;
+
+namespace {
+
+constexpr web::http::status_code permanentRedirect = 308;
+
+bool sameOrigin(const web::uri& a, const web::uri& b) {
+    const auto port = [](const web::uri& uri) {
+        return uri.port() > 0 ? uri.port() : uri.scheme() == _XPLATSTR("https") ? 443 : 80;
+    };
+    // Both are normalized: scheme and host in lower case.
+    return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
+}
+
+/// One request and the redirects it has followed.
+class Redirecting {
+public:
+    /// `settings` follow no redirects themselves; `request` was sent.
+    Redirecting(const http_client_config& settings, std::size_t limit, const http_request& request)
+        : m_Settings(settings), m_Limit(limit), m_Request(request), m_Visited{request.absolute_uri()} {}
+
+    /// The response itself, or the task of what it redirects to.
+    pplx::task<http_response> follow(const http_response& response) {
+        const web::uri target = targetOf(response);
+        if (target.is_empty()) {
+            return pplx::task_from_result(response);
+        }
+        if (!sameOrigin(m_Visited.back(), target)) {
+            // Once another host was involved, nothing private comes back: not even a redirect to the first one.
+            m_Private = false;
+            m_Settings.set_credentials(web::credentials());
+        }
+        m_Visited.push_back(target);
+        m_Request = nextRequest(response.status_code());
+        http_client client(target, m_Settings);
+        return client.request(m_Request, pplx::cancellation_token::none())
+            .then([self = *this](const http_response& next) mutable { return self.follow(next); });
+    }
+
+private:
+    web::uri targetOf(const http_response& response) const {
+        constexpr std::array<web::http::status_code, 5> redirections{
+            status_codes::MovedPermanently, status_codes::Found, status_codes::SeeOther,
+            status_codes::TemporaryRedirect, permanentRedirect};
+        const auto status = response.status_code();
+        utility::string_t location;
+        if (std::find(redirections.begin(), redirections.end(), status) == redirections.end() ||
+            !response.headers().match(header_names::location, location) || !web::uri::validate(location) ||
+            m_Visited.size() > m_Limit) {
+            return {};
+        }
+        const web::uri target = m_Visited.back().resolve_uri(location);
+        const bool leavesTls = m_Visited.back().scheme() == _XPLATSTR("https") && target.scheme() == _XPLATSTR("http");
+        const bool isHttp = target.scheme() == _XPLATSTR("http") || target.scheme() == _XPLATSTR("https");
+        const bool isLoop = std::find(m_Visited.begin(), m_Visited.end(), target) != m_Visited.end();
+        return !isHttp || isLoop || (leavesTls && !m_Settings.https_to_http_redirects()) ? web::uri() : target;
+    }
+
+    http_request nextRequest(web::http::status_code status) const {
+        const bool repeats = status == status_codes::TemporaryRedirect || status == permanentRedirect;
+        const bool becomesGet = !repeats && (status == status_codes::SeeOther ? m_Request.method() != methods::HEAD
+                                                                              : m_Request.method() == methods::POST);
+        http_request next(becomesGet ? methods::GET : m_Request.method());
+        for (const auto& header : m_Request.headers()) {
+            if (keeps(header.first, becomesGet)) {
+                next.headers().add(header.first, header.second);
+            }
+        }
+        if (!becomesGet && m_Request.headers().has(header_names::content_length)) {
+            auto body = m_Request.body();
+            body.seek(0);
+            next.set_body(body, m_Request.headers().content_length(), m_Request.headers().content_type());
+        }
+        return next;
+    }
+
+    bool keeps(const utility::string_t& header, bool becomesGet) const {
+        const auto is = [&header](const utility::string_t& name) { return utility::details::str_iequal(header, name); };
+        if (is(header_names::host) || is(header_names::content_length)) {
+            return false;
+        }
+        const bool describesBody = is(header_names::content_type);
+        return becomesGet ? !describesBody && (m_Private || is(header_names::accept) || is(header_names::user_agent))
+                          : m_Private || describesBody || is(header_names::accept) || is(header_names::user_agent);
+    }
+
+    http_client_config m_Settings;
+    std::size_t m_Limit;
+    http_request m_Request;
+    std::vector<web::uri> m_Visited;
+    bool m_Private = true;
+};
+
+} // namespace
+
+pplx::task<http_response> send(const web::uri& baseUri, const http_client_config& settings,
+                               const http_request& request) {
+    http_client_config ours = settings;
+    ours.set_max_redirects(0);
+    http_client client(baseUri, ours);
+    auto response = client.request(request, pplx::cancellation_token::none());
+    if (settings.max_redirects() == 0) {
+        return response;
+    }
+    return response.then([redirecting = Redirecting(ours, settings.max_redirects(), request)](
+                             const http_response& first) mutable { return redirecting.follow(first); });
+}
+
+} // namespace VarnelAPI::Forms::api::detail

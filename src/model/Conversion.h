@@ -1,0 +1,34 @@
+#pragma once
+
+#include <VarnelAPI/Forms/model/MultipartFormData.h>
+
+#include <stdexcept>
+#include <string>
+
+/// Rules that more than one source of the models follows.
+namespace VarnelAPI::Forms::model::detail {
+
+/// The pointer itself, or std::invalid_argument that names what is missing.
+template <class Pointer>
+const Pointer& required(const Pointer& pointer, const char* what) {
+    if (!pointer) {
+        throw std::invalid_argument(std::string(what) + " is an empty pointer");
+    }
+    return pointer;
+}
+
+/// The data stream of a content, or std::invalid_argument that names the content.
+std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& content);
+
+/// The bytes of the content's data stream.
+std::string requiredBytes(const std::shared_ptr<HttpContent>& content);
+
+/// The working prefix of part names: as given, ended by "." unless it is empty or ends in one.
+utility::string_t partPrefix(utility::string_t namePrefix);
+
+/// @throws std::invalid_argument if `number` is infinite or not a number.
+void requireFinite(double number);
+/// The same for every number anywhere in `json`.
+void requireFinite(const web::json::value& json);
+
+} // namespace VarnelAPI::Forms::model::detail

@@ -1,0 +1,88 @@
+#include "Streams.h"
+
+namespace VarnelAPI::Forms::model::detail {
+
+namespace {
+
+/// The buffer of a stream that only reads, and seeks within what it owns.
+class OwnedBytes final : public std::streambuf {
+public:
+    explicit OwnedBytes(std::string bytes) : m_Bytes(std::move(bytes)) {
+        setg(m_Bytes.data(), m_Bytes.data(), m_Bytes.data() + m_Bytes.size());
+    }
+
+protected:
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override {
+        const off_type size = egptr() - eback();
+        const off_type base = from == std::ios_base::beg ? 0 : from == std::ios_base::cur ? gptr() - eback() : size;
+        if ((which & std::ios_base::in) == 0 || base + offset < 0 || base + offset > size) {
+            return pos_type(off_type(-1));
+        }
+        setg(eback(), eback() + base + offset, egptr());
+        return pos_type(base + offset);
+    }
+    pos_type seekpos(pos_type position, std::ios_base::openmode which) override {
+        return seekoff(off_type(position), std::ios_base::beg, which);
+    }
+
+private:
+    std::string m_Bytes;
+};
+
+class OwnedBytesStream final : public std::istream {
+public:
+    explicit OwnedBytesStream(std::string bytes) : std::istream(nullptr), m_Buffer(std::move(bytes)) {
+        rdbuf(&m_Buffer);
+    }
+
+private:
+    OwnedBytes m_Buffer;
+};
+
+/// Goes to the start by the buffer itself: the stream may stand at its end, or be set to throw.
+void rewind(std::istream& stream) {
+    stream.rdbuf()->pubseekoff(0, std::ios_base::beg, std::ios_base::in);
+}
+
+} // namespace
+
+std::shared_ptr<std::istream> streamOf(std::string bytes) {
+    return std::make_shared<OwnedBytesStream>(std::move(bytes));
+}
+
+std::size_t sizeOf(std::istream& stream) {
+    const std::streamoff end = stream.rdbuf()->pubseekoff(0, std::ios_base::end, std::ios_base::in);
+    rewind(stream);
+    return end > 0 ? static_cast<std::size_t>(end) : 0;
+}
+
+std::string readAll(std::istream& stream) {
+    std::string bytes;
+    bytes.reserve(sizeOf(stream));
+    StringSink sink(bytes);
+    std::ostream target(&sink);
+    copyAll(stream, target);
+    return bytes;
+}
+
+void copyAll(std::istream& source, std::ostream& target) {
+    rewind(source);
+    // An insertion of nothing would count as a failure.
+    if (source.rdbuf()->sgetc() != std::char_traits<char>::eof()) {
+        target << source.rdbuf();
+    }
+}
+
+StringSink::int_type StringSink::overflow(int_type character) {
+    if (!traits_type::eq_int_type(character, traits_type::eof())) {
+        m_Target.push_back(traits_type::to_char_type(character));
+    }
+    return traits_type::not_eof(character);
+}
+
+std::streamsize StringSink::xsputn(const char* data, std::streamsize size) {
+    m_Target.append(data, static_cast<std::size_t>(size));
+    return size;
+}
+
+} // namespace VarnelAPI::Forms::model::detail

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <istream>
+#include <memory>
+#include <streambuf>
+#include <string>
+#include <string_view>
+
+namespace VarnelAPI::Forms::model::detail {
+
+/// A readable, seekable stream over bytes that it was given to own. A string stream would copy them.
+std::shared_ptr<std::istream> streamOf(std::string bytes);
+
+/// All bytes of a stream, from its start, whatever its state. A stream that can't seek is read from where it stands.
+std::string readAll(std::istream& stream);
+
+/// Copies all bytes of a stream, from its start, into `target` without a block in between.
+void copyAll(std::istream& source, std::ostream& target);
+
+/// The number of bytes in a stream, or 0 if it can't tell.
+std::size_t sizeOf(std::istream& stream);
+
+/// Appends everything that is written to it to a string.
+class StringSink final : public std::streambuf {
+public:
+    explicit StringSink(std::string& target) : m_Target(target) {}
+
+protected:
+    int_type overflow(int_type character) override;
+    std::streamsize xsputn(const char* data, std::streamsize size) override;
+
+private:
+    std::string& m_Target;
+};
+
+} // namespace VarnelAPI::Forms::model::detail
