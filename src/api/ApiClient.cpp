@@ -155,9 +155,7 @@ ApiClient::callApi(const utility::string_t& path, const utility::string_t& metho
         refuseHeader(name, value);
         request.headers().add(name, value);
     }
-    if (!fileParams.empty()) {
-        setMultipart(request, formParams, fileParams);
-    } else if (postBody) {
+    if (postBody) {
         setBody(request, *postBody, contentType);
     } else if (contentType == multipartType) {
         setMultipart(request, formParams, fileParams);

@@ -2,6 +2,8 @@
 
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
 
+#include <cpprest/json.h>
+
 #include <stdexcept>
 #include <string>
 
