@@ -181,6 +181,9 @@ TEST_F(RepositoryTest, BaseClassReachesWhatDerivesFromItInItsSchemaAndLocation) 
     EXPECT_EQ(m_client.listed("/sv1.2/Repositories/Varnel.Forms--else%20where/DynamicSchema/BaseClass!poly", "n"),
               Json({7}));
 
+    // In a path, unlike in a query, '+' is itself.
+    EXPECT_EQ(m_client.list("/sv1.2/Repositories/Varnel.Forms--else+where/DynamicSchema/Issue"), Json::array());
+
     const auto counts = [&](const std::string& path) {
         std::string text;
         for (const Json& row : m_client.list(path)) {

@@ -61,11 +61,11 @@ std::string pageContent(const std::vector<std::string>& lines) {
 
 std::string makePdf(const std::vector<std::string>& lines) {
     const std::string content = pageContent(lines);
+    const std::string resources = "/Resources << /Font << /F1 4 0 R >> >>";
     const std::vector<std::string> objects = {
         "<< /Type /Catalog /Pages 2 0 R >>",
         "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
-        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Resources << /Font << /F1 4 0 R >> >> /Contents 5 0 R "
-        ">>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] " + resources + " /Contents 5 0 R >>",
         "<< /Type /Font /Subtype /Type1 /BaseFont /Courier /Encoding /WinAnsiEncoding >>",
         "<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content + "\nendstream",
     };

@@ -146,7 +146,7 @@ private:
     std::thread m_thread;
 };
 
-Server::Server(ServerOptions options) : m_impl(std::make_unique<Impl>(options)) {}
+Server::Server(const ServerOptions& options) : m_impl(std::make_unique<Impl>(options)) {}
 Server::~Server() = default;
 int Server::port() const {
     return m_impl->port();

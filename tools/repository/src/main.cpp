@@ -20,7 +20,7 @@ void wantStop(int /*signal*/) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     VarnelAPI::Forms::repository::ServerOptions options;
     CLI::App app("Serves a local forms and issues repository over HTTP until it is interrupted.",
                  "varnel-forms-repository");
@@ -34,16 +34,14 @@ int main(int argc, char** argv) {
 
     std::signal(SIGINT, wantStop);
     std::signal(SIGTERM, wantStop);
-    try {
-        VarnelAPI::Forms::repository::Server server(options);
-        std::cout << server.url() << std::endl;
-        while (!isStopWanted) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
-        server.stop();
-        return 0;
-    } catch (const std::exception& error) {
-        std::cerr << "varnel-forms-repository: " << error.what() << '\n';
-        return 1;
+    VarnelAPI::Forms::repository::Server server(options);
+    std::cout << server.url() << std::endl;
+    while (!isStopWanted) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
+    server.stop();
+    return 0;
+} catch (const std::exception& error) {
+    std::cerr << "varnel-forms-repository: " << error.what() << '\n';
+    return 1;
 }

@@ -23,7 +23,7 @@ class Server {
 public:
     /// Returns once requests are answered.
     /// @throws std::runtime_error with a text fit for a user: the port is taken, the database can't be used.
-    explicit Server(ServerOptions options = {});
+    explicit Server(const ServerOptions& options = {});
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
