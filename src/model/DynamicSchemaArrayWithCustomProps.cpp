@@ -110,8 +110,9 @@ void DynamicSchemaArrayWithCustomProps::toMultipart(std::shared_ptr<MultipartFor
     detail::required(multipart, "the multipart body");
     withElements(*this, [&](const auto* label, const auto& elements) {
         for (std::size_t i = 0; i < elements.size(); ++i) {
-            const auto index = utility::conversions::to_string_t(std::to_string(i));
-            addPart(multipart, prefix + label + _XPLATSTR("[") + index + _XPLATSTR("]"), elements[i]);
+            utility::string_t name = prefix + label + _XPLATSTR("[");
+            name.append(utility::conversions::to_string_t(std::to_string(i))).append(_XPLATSTR("]"));
+            addPart(multipart, name, elements[i]);
         }
     });
 }
