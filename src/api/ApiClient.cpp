@@ -57,6 +57,16 @@ void refuseHeader(const utility::string_t& name, const utility::string_t& value)
     refuseControlCharacters(value, header);
 }
 
+/// These say how long the body is. The HTTP library would believe them, and wait for, or crash on, a body that is not
+/// there.
+void refuseFraming(const utility::string_t& name) {
+    using web::http::header_names;
+    if (utility::details::str_iequal(name, header_names::content_length) ||
+        utility::details::str_iequal(name, header_names::transfer_encoding)) {
+        throw std::invalid_argument("the header \"" + to_utf8string(name) + "\" follows from the body");
+    }
+}
+
 /// The body's whole text. A multipart body is written into one block of its final size.
 std::string bytesOf(IHttpBody& body) {
     std::string bytes;
@@ -148,11 +158,13 @@ ApiClient::callApi(const utility::string_t& path, const utility::string_t& metho
     refuseConflicts(postBody, formParams, fileParams, contentType);
     const auto& configuration = *model::detail::required(m_Configuration, "the configuration of the client");
     refuseControlCharacters(method, "the method");
+    refuseControlCharacters(path, "the path");
     refuseHeader(header_names::content_type, contentType);
 
     web::http::http_request request;
     for (const auto& [name, value] : headerParams) {
         refuseHeader(name, value);
+        refuseFraming(name);
         request.headers().add(name, value);
     }
     if (postBody) {

@@ -1,9 +1,12 @@
+#include <boost/algorithm/string/replace.hpp>
+
 #include "Operation.h"
 
 #include <VarnelAPI/Forms/api/ApiException.h>
 #include <VarnelAPI/Forms/model/JsonBody.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
 
+#include "Exchange.h"
 #include "ResponseText.h"
 #include "model/Conversion.h"
 #include "model/Streams.h"
@@ -25,12 +28,13 @@ const utility::char_t jsonType[] = _XPLATSTR("application/json");
 const utility::char_t multipartType[] = _XPLATSTR("multipart/form-data");
 const utility::char_t contentDownloadType[] = _XPLATSTR("application/octet-stream");
 
-/// A dot segment is resolved, and so lost, by servers and proxies.
+/// A dot segment is resolved, and so lost, by servers and proxies, to whom "%2e" is a dot too.
 bool hasDotSegment(const utility::string_t& path) {
     std::size_t begin = 0;
     while (begin <= path.size()) {
         const std::size_t end = std::min(path.find(_XPLATSTR('/'), begin), path.size());
-        const auto segment = path.substr(begin, end - begin);
+        const auto segment =
+            boost::ireplace_all_copy(path.substr(begin, end - begin), _XPLATSTR("%2e"), _XPLATSTR("."));
         if (segment == _XPLATSTR(".") || segment == _XPLATSTR("..")) {
             return true;
         }
@@ -50,6 +54,16 @@ std::string takeBody(const http_response& response) {
         buffer.release(block, size);
     }
     return bytes;
+}
+
+/// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none.
+void requireLength(const http_response& response, std::size_t size) {
+    utility::string_t length;
+    if (!response.headers().has(header_names::transfer_encoding) &&
+        response.headers().match(header_names::content_length, length) && length != to_string_t(std::to_string(size))) {
+        throw web::http::http_exception(_XPLATSTR("the response's body is not as long as its Content-Length: ") +
+                                        length);
+    }
 }
 
 [[noreturn]] void fail(web::http::status_code code, const utility::string_t& operation, const utility::string_t& reason,
@@ -99,7 +113,9 @@ void Answer::check(const pplx::task<http_response>& ready) const {
 
 std::string Answer::body(const pplx::task<http_response>& ready) const {
     check(ready);
-    return takeBody(**arrived);
+    std::string bytes = takeBody(**arrived);
+    requireLength(**arrived, bytes.size());
+    return bytes;
 }
 
 void Answer::read(model::detail::Model& result, const pplx::task<http_response>& ready) const {
@@ -107,10 +123,10 @@ void Answer::read(model::detail::Model& result, const pplx::task<http_response>&
     if (accept != jsonType) {
         fail(status_codes::InternalError, operation, _XPLATSTR("unsupported response type"), nullptr);
     }
-    utility::string_t text = decodeText(std::move(bytes), (*arrived)->headers().content_type());
-    auto json = web::json::value::parse(text);
-    // The text, the tree and the model need not all stand in memory at once.
-    utility::string_t().swap(text);
+    auto json = model::detail::decoding([&] {
+        // The text is gone before the model is filled: text, tree and model need not all stand in memory at once.
+        return web::json::value::parse(decodeText(std::move(bytes), (*arrived)->headers().content_type()));
+    });
     result.fromJson(std::move(json));
 }
 
@@ -219,7 +235,11 @@ void Operation::send(bool wantsBody, std::function<void(const Ready&)> finish) {
     m_Client->callApi(m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType)
         .then([answer = m_Answer, wantsBody](const http_response& response) {
             *answer.arrived = response;
-            return wantsBody || !answer.isExpected() ? response.content_ready() : pplx::task_from_result(response);
+            if (wantsBody || !answer.isExpected()) {
+                return response.content_ready();
+            }
+            discardBody(response);
+            return pplx::task_from_result(response);
         })
         .then(std::move(finish));
 }

@@ -1,5 +1,7 @@
 #include "Redirects.h"
 
+#include "Exchange.h"
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -26,12 +28,17 @@ bool sameOrigin(const web::uri& a, const web::uri& b) {
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
-/// One request and the redirects it has followed.
+/// One request and the redirects it has followed. It keeps the parts of the request: sending changes the headers of
+/// a request and takes its body away.
 class Redirecting {
 public:
-    /// `settings` follow no redirects themselves; `request` was sent.
+    /// `settings` follow no redirects themselves; `request` is not sent yet.
     Redirecting(const http_client_config& settings, std::size_t limit, const http_request& request)
-        : m_Settings(settings), m_Limit(limit), m_Request(request), m_Visited{request.absolute_uri()} {}
+        : m_Settings(settings), m_Limit(limit), m_Method(request.method()), m_Headers(request.headers()),
+          m_Body(request.body()) {}
+
+    /// To be called once, with where the request was sent to.
+    void begin(const web::uri& target) { m_Visited.push_back(target); }
 
     /// The response itself, or the task of what it redirects to.
     pplx::task<http_response> follow(const http_response& response) {
@@ -45,9 +52,9 @@ public:
             m_Settings.set_credentials(web::credentials());
         }
         m_Visited.push_back(target);
-        m_Request = nextRequest(response.status_code());
+        discardBody(response);
         http_client client(target, m_Settings);
-        return client.request(m_Request, pplx::cancellation_token::none())
+        return exchange(client, nextRequest(response.status_code()))
             .then([self = *this](const http_response& next) mutable { return self.follow(next); });
     }
 
@@ -70,21 +77,27 @@ private:
         return !isHttp || isLoop || (leavesTls && !m_Settings.https_to_http_redirects()) ? web::uri() : target;
     }
 
-    http_request nextRequest(web::http::status_code status) const {
+    http_request nextRequest(web::http::status_code status) {
         const bool repeats = status == status_codes::TemporaryRedirect || status == permanentRedirect;
-        const bool becomesGet = !repeats && (status == status_codes::SeeOther ? m_Request.method() != methods::HEAD
-                                                                              : m_Request.method() == methods::POST);
-        http_request next(becomesGet ? methods::GET : m_Request.method());
-        for (const auto& header : m_Request.headers()) {
-            if (keeps(header.first, becomesGet)) {
-                next.headers().add(header.first, header.second);
+        const bool becomesGet =
+            !repeats && (status == status_codes::SeeOther ? m_Method != methods::HEAD : m_Method == methods::POST);
+        if (becomesGet) {
+            m_Method = methods::GET;
+            m_Body = {};
+        }
+        web::http::http_headers kept;
+        for (const auto& [name, value] : m_Headers) {
+            if (keeps(name, becomesGet)) {
+                kept.add(name, value);
             }
         }
-        if (!becomesGet && m_Request.headers().has(header_names::content_length)) {
-            auto body = m_Request.body();
-            body.seek(0);
-            next.set_body(body, m_Request.headers().content_length(), m_Request.headers().content_type());
+        http_request next(m_Method);
+        next.headers() = kept;
+        if (m_Body.is_valid()) {
+            m_Body.seek(0);
+            next.set_body(m_Body, m_Headers.content_length(), m_Headers.content_type());
         }
+        m_Headers = next.headers();
         return next;
     }
 
@@ -100,7 +113,9 @@ private:
 
     http_client_config m_Settings;
     std::size_t m_Limit;
-    http_request m_Request;
+    utility::string_t m_Method;
+    web::http::http_headers m_Headers;
+    concurrency::streams::istream m_Body;
     std::vector<web::uri> m_Visited;
     bool m_Private = true;
 };
@@ -112,12 +127,15 @@ pplx::task<http_response> send(const web::uri& baseUri, const http_client_config
     http_client_config ours = settings;
     ours.set_max_redirects(0);
     http_client client(baseUri, ours);
-    auto response = client.request(request, pplx::cancellation_token::none());
     if (settings.max_redirects() == 0) {
-        return response;
+        return exchange(client, request);
     }
-    return response.then([redirecting = Redirecting(ours, settings.max_redirects(), request)](
-                             const http_response& first) mutable { return redirecting.follow(first); });
+    Redirecting redirecting(ours, settings.max_redirects(), request);
+    auto response = exchange(client, request);
+    redirecting.begin(request.absolute_uri());
+    return response.then([redirecting = std::move(redirecting)](const http_response& first) mutable {
+        return redirecting.follow(first);
+    });
 }
 
 } // namespace VarnelAPI::Forms::api::detail

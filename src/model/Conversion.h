@@ -28,6 +28,19 @@ std::string requiredBytes(const std::shared_ptr<HttpContent>& content);
 /// The working prefix of part names: as given, ended by "." unless it is empty or ends in one.
 utility::string_t partPrefix(utility::string_t namePrefix);
 
+/// Runs `decode`: a text that can't be decoded is a json_exception, like any other text that is no JSON.
+template <class Decode>
+auto decoding(Decode decode) {
+    try {
+        return decode();
+    } catch (const std::range_error& error) {
+        throw web::json::json_exception(error.what());
+    }
+}
+
+/// @throws web::json::json_exception if `text` is not JSON, or has escapes for half of a character.
+web::json::value parseJson(const utility::string_t& text);
+
 /// @throws std::invalid_argument if `number` is infinite or not a number.
 void requireFinite(double number);
 /// The same for every number anywhere in `json`.

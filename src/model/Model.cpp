@@ -33,18 +33,18 @@ void naming(Step step, Convert convert) {
     }
 }
 
-/// The text of a JSON string, copied or taken.
-utility::string_t textOf(web::json::value& json, JsonUse use) {
-    if (use == JsonUse::Keep || !json.is_string()) {
-        return ModelBase::stringFromJson(json);
+/// The text of a JSON string, copied or taken; an empty text for any other value.
+void convert(web::json::value& json, JsonUse use, utility::string_t& value) {
+    if (!json.is_string()) {
+        value.clear();
+    } else if (use == JsonUse::Keep) {
+        value = json.as_string();
+    } else {
+        // The tree is ours to consume, so what `as_string` refers to is not a constant.
+        value = std::move(const_cast<utility::string_t&>(json.as_string()));
     }
-    // The tree is ours to consume, so what `as_string` refers to is not a constant.
-    return std::move(const_cast<utility::string_t&>(json.as_string()));
 }
 
-void convert(web::json::value& json, JsonUse use, utility::string_t& value) {
-    value = textOf(json, use);
-}
 void convert(web::json::value& json, JsonUse, int32_t& value) {
     value = ModelBase::int32_tFromJson(json);
 }
@@ -237,7 +237,7 @@ private:
         auto* json = nextNotNull();
         if (json != nullptr && json->is_string()) {
             web::json::value parsed;
-            naming(key, [&] { parsed = web::json::value::parse(json->as_string()); });
+            naming(key, [&] { parsed = parseJson(json->as_string()); });
             fill(key, property, parsed, JsonUse::Consume);
         }
     }
@@ -379,7 +379,7 @@ web::json::value toJsonArray(const std::vector<double>& numbers) {
 }
 
 void fromJsonElement(web::json::value& element, JsonUse use, utility::string_t& value) {
-    value = textOf(element, use);
+    convert(element, use, value);
 }
 
 void fromJsonElement(web::json::value& element, JsonUse, double& value) {

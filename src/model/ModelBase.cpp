@@ -35,6 +35,10 @@ utility::string_t partPrefix(utility::string_t namePrefix) {
     return namePrefix;
 }
 
+web::json::value parseJson(const utility::string_t& text) {
+    return decoding([&text] { return web::json::value::parse(text); });
+}
+
 void requireFinite(double number) {
     if (!std::isfinite(number)) {
         throw std::invalid_argument("a number that is infinite or not a number can't be written as JSON");
@@ -73,11 +77,11 @@ template <class Integer>
 Integer integerFromJson(const web::json::value& json, const char* outOfRange) {
     const web::json::number number = json.as_number();
     if (json.is_double()) {
-        // The bounds are powers of two, exact as doubles, so that nothing is rounded into the range.
+        // One below the least number of 64 bits is, as a double, that number itself: what was rounded to it is refused.
         constexpr double bound = -static_cast<double>(std::numeric_limits<Integer>::min());
-        const double truncated = std::trunc(number.to_double());
-        if (truncated >= -bound && truncated < bound) {
-            return static_cast<Integer>(truncated);
+        const double value = number.to_double();
+        if (value > -bound - 1 && value < bound) {
+            return static_cast<Integer>(value);
         }
     } else if (number.is_int64()) {
         const int64_t exact = number.to_int64();
@@ -102,7 +106,7 @@ Value numberOf(const std::shared_ptr<HttpContent>& content) {
     utility::istringstream_t text(to_string_t(detail::requiredBytes(content)));
     text.imbue(std::locale::classic());
     Value value{};
-    return text >> value ? value : Value{};
+    return (text >> value) ? value : Value{};
 }
 
 } // namespace
@@ -284,7 +288,7 @@ utility::datetime ModelBase::dateFromHttpContent(std::shared_ptr<HttpContent> va
 }
 
 web::json::value ModelBase::valueFromHttpContent(std::shared_ptr<HttpContent> val) {
-    return web::json::value::parse(stringFromHttpContent(std::move(val)));
+    return detail::parseJson(stringFromHttpContent(std::move(val)));
 }
 
 } // namespace VarnelAPI::Forms::model

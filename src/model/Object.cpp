@@ -15,6 +15,7 @@ Object::Object() : m_object(web::json::value::object()) {}
 void Object::validate() {}
 
 web::json::value Object::toJson() const {
+    detail::requireFinite(m_object);
     return m_object;
 }
 
@@ -26,7 +27,7 @@ void Object::fromJson(web::json::value& json) {
 
 void Object::toMultipart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) const {
     detail::required(multipart, "the multipart body")
-        ->add(toHttpContent(partName(namePrefix), m_object, _XPLATSTR("application/json")));
+        ->add(toHttpContent(partName(namePrefix), toJson(), _XPLATSTR("application/json")));
 }
 
 void Object::fromMultiPart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) {

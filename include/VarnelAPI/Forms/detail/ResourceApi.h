@@ -37,7 +37,8 @@ using Body = boost::optional<std::shared_ptr<Instance>>;
 ///
 /// **Thrown in the call**, before any request is made:
 /// - std::invalid_argument: no configuration; a path argument that holds "?" or "#" or has a segment "." or ".."; CR,
-///   LF or NUL in a header; a number in the body that JSON can't hold (not finite);
+///   LF or NUL in a path argument or a header; a default header Content-Length or Transfer-Encoding; a number in the
+///   body that JSON can't hold (not finite);
 /// - web::uri_exception: a path argument that holds what a URL can't, such as a space or a non-ASCII character, or an
 ///   unusable base URL.
 ///
@@ -46,7 +47,7 @@ using Body = boost::optional<std::shared_ptr<Instance>>;
 ///   reason phrase; the content is what arrived of the response's body, usually the payload of `model::ErrorSchema`;
 /// - ApiException 500, if the response names another type than the accepted one. The content is as above;
 /// - web::json::json_exception, if the body is not JSON, or a property has the wrong type (its path is in the message);
-/// - web::http::http_exception for a transport failure or a time-out.
+/// - web::http::http_exception for a transport failure, a time-out, or a body of another length than announced.
 ///
 /// A task may be dropped: a failure that nobody looks at is harmless.
 class VARNEL_FORMS_API ResourceApi {

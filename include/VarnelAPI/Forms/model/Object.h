@@ -14,10 +14,12 @@ public:
 
     void validate() override;
     /// A copy of the object.
+    /// @throws std::invalid_argument if it holds a number that is infinite or not a number.
     web::json::value toJson() const override;
     /// Takes a copy of `val` if that is a JSON object; ignores any other value.
     void fromJson(web::json::value& val) override;
     /// Adds one part, named `namePrefix` and "object", that holds the object's JSON text.
+    /// @throws std::invalid_argument as `toJson` does.
     void toMultipart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) const override;
     /// Reads the part that `toMultipart` writes under the same prefix.
     /// @throws std::invalid_argument if there is no such part.

@@ -1,0 +1,68 @@
+#include "Exchange.h"
+
+#include <cpprest/producerconsumerstream.h>
+
+#include <limits>
+
+namespace VarnelAPI::Forms::api::detail {
+
+using web::http::http_exception;
+using web::http::http_request;
+using web::http::http_response;
+
+namespace {
+
+using LibraryBuffer = concurrency::streams::details::basic_producer_consumer_buffer<uint8_t>;
+
+/// The buffer that the HTTP library itself would use. It is written to in threads that catch nothing, and it is asked
+/// to write almost 2^64 bytes when the service sends a chunk of negative length.
+class ResponseBuffer final : public LibraryBuffer {
+public:
+    ResponseBuffer() : LibraryBuffer(512) {}
+
+private:
+    pplx::task<std::size_t> _putn(const uint8_t* data, std::size_t size) override {
+        try {
+            if (size > static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
+                throw http_exception(_XPLATSTR("a chunk of the response has a negative length"));
+            }
+            return LibraryBuffer::_putn(data, size);
+        } catch (...) {
+            return pplx::task_from_exception<std::size_t>(std::current_exception());
+        }
+    }
+};
+
+class ResponseBody final : public concurrency::streams::streambuf<uint8_t> {
+public:
+    ResponseBody() : streambuf(std::make_shared<ResponseBuffer>()) {}
+};
+
+} // namespace
+
+pplx::task<http_response> exchange(web::http::client::http_client& client, http_request request) {
+    ResponseBody body;
+    request.set_response_stream(body.create_ostream());
+    // Made before the request is sent: a transfer that fails at once closes the buffer, which then gives no stream.
+    const auto content = body.create_istream();
+    return client.request(request, pplx::cancellation_token::none())
+        .then([body, content](const http_response& response) {
+            response._get_impl()->set_instream(content);
+            // The library closes only a stream of its own: without an end, who reads the stream would wait for ever.
+            response.content_ready().then([body](const pplx::task<http_response>& ready) mutable {
+                try {
+                    ready.get();
+                } catch (...) {
+                    // It is for those who wait for the content.
+                }
+                body.close(std::ios_base::out);
+            });
+            return response;
+        });
+}
+
+void discardBody(const http_response& response) {
+    response.body().close();
+}
+
+} // namespace VarnelAPI::Forms::api::detail

@@ -1,0 +1,313 @@
+#include "support/ServiceTest.h"
+
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::api;
+using namespace VarnelAPI::Forms::model;
+
+using Texts = std::map<utility::string_t, utility::string_t>;
+using Files = std::map<utility::string_t, std::shared_ptr<HttpContent>>;
+
+TEST(Configuration, StartsEmptyAndKeepsWhatItIsGiven) {
+    ApiConfiguration configuration;
+    EXPECT_EQ(configuration.getBaseUrl() + configuration.getUserAgent() + configuration.getApiKey("any"), "");
+    EXPECT_TRUE(configuration.getDefaultHeaders().empty());
+    configuration.setApiKey("a", "1");
+    configuration.setApiKey("a", "2");
+    EXPECT_EQ(configuration.getApiKey("a"), "2");
+    EXPECT_EQ(configuration.getApiKey("A"), "");
+    web::http::client::http_client_config settings;
+    settings.set_timeout(std::chrono::seconds(7));
+    configuration.setHttpConfig(settings);
+    configuration.getHttpConfig().set_chunksize(1000);
+    const ApiConfiguration copy = configuration;
+    EXPECT_EQ(copy.getHttpConfig().timeout(), std::chrono::seconds(7));
+    EXPECT_EQ(copy.getHttpConfig().chunksize(), 1000U);
+    EXPECT_EQ(copy.getApiKey("a"), "2");
+}
+
+TEST(Exception, CarriesCodeMessageHeadersAndContent) {
+    std::map<utility::string_t, utility::string_t> headers{{"A", "1"}};
+    const auto content = std::make_shared<std::istringstream>("payload");
+    const auto raise = [&] { throw ApiException(404, "nicht gefunden: ü", headers, content); };
+    try {
+        raise();
+    } catch (const web::http::http_exception& base) {
+        EXPECT_STREQ(base.what(), "nicht gefunden: ü");
+        EXPECT_EQ(base.error_code(), std::error_code(404, utility::details::platform_category()));
+        auto copy = dynamic_cast<const ApiException&>(base);
+        headers["A"] = "changed";
+        EXPECT_EQ(copy.getHeaders(), (Texts{{"A", "1"}}));
+        EXPECT_EQ(copy.getContent(), content);
+    }
+    ApiException bare(400, "text", nullptr);
+    EXPECT_EQ(bare.getContent(), nullptr);
+    EXPECT_TRUE(bare.getHeaders().empty());
+}
+
+TEST(ParameterToString, WritesEachType) {
+    EXPECT_EQ(ApiClient::parameterToString(utility::string_t("a b/ü")), "a b/ü");
+    EXPECT_EQ(ApiClient::parameterToString("a literal, no bool"), "a literal, no bool");
+    EXPECT_EQ(ApiClient::parameterToString(int32_t{-7}), "-7");
+    EXPECT_EQ(ApiClient::parameterToString(int64_t{-5000000000}), "-5000000000");
+    EXPECT_EQ(ApiClient::parameterToString(1.5F), "1.500000");
+    EXPECT_EQ(ApiClient::parameterToString(2.5), "2.500000");
+    EXPECT_EQ(ApiClient::parameterToString(1e20), "100000000000000000000.000000");
+    EXPECT_EQ(ApiClient::parameterToString(true) + ApiClient::parameterToString(false), "truefalse");
+    EXPECT_EQ(ApiClient::parameterToString(
+                  utility::datetime::from_string("2024-02-29T12:00:00.5Z", utility::datetime::ISO_8601)),
+              "2024-02-29T12:00:00.5Z");
+}
+
+class ClientTest : public ServiceTest {
+protected:
+    ClientTest() { configuration->getDefaultHeaders().clear(); }
+
+    auto call(const std::string& path, const std::string& method, const Texts& query = {},
+              const std::shared_ptr<IHttpBody>& body = nullptr, const Texts& headers = {}, const Texts& form = {},
+              const Files& files = {}, const std::string& contentType = "application/json") {
+        return client->callApi(path, method, query, body, headers, form, files, contentType);
+    }
+
+    /// The one request that a call of these parts makes. The boundary of a multipart body is written as B in it.
+    template <class... Parts>
+    Request requestOf(const Parts&... parts) {
+        server.reply(Reply::of(200, "OK", "", ""));
+        EXPECT_EQ(call(parts...).get().status_code(), 200);
+        Request request = server.takeRequest();
+        EXPECT_EQ(request.has("Content-Length") ? request.header("Content-Length") : "0",
+                  std::to_string(request.body.size()));
+        const std::string type = request.header("Content-Type");
+        if (const auto at = type.find("boundary="); at != std::string::npos) {
+            const std::string boundary = type.substr(at + 9);
+            EXPECT_EQ(boundary.size(), 36U);
+            for (auto found = request.body.find(boundary); found != std::string::npos;
+                 found = request.body.find(boundary)) {
+                request.body.replace(found, boundary.size(), "B");
+            }
+        }
+        return request;
+    }
+};
+
+TEST_F(ClientTest, SendsMethodPathQueryAndHeaders) {
+    const Request request = requestOf("/p/q?fixed=1", "PATCH", Texts{{"b", "2 &"}, {"a", "1/ü"}}, nullptr,
+                                      Texts{{"X-Two", "2"}, {"X-One", "1"}});
+    EXPECT_EQ(request.method, "PATCH");
+    EXPECT_EQ(request.target, "/base/p/q?fixed=1&a=1/%C3%BC&b=2%20%26");
+    EXPECT_EQ(request.header("X-One") + request.header("X-Two"), "12");
+    EXPECT_EQ(request.header("User-Agent"), "forms-test/1");
+    EXPECT_FALSE(request.has("Content-Type"));
+    EXPECT_EQ(request.body, "");
+    EXPECT_EQ(requestOf("/p", "GET", Texts(), nullptr, Texts{{"user-agent", "own"}}).header("User-Agent"), "own");
+    configuration->setUserAgent("");
+    configuration->getDefaultHeaders()["X-Default"] = "only the operations add it";
+    configuration->setApiKey("X-Key", "never sent");
+    const Request second = requestOf("/p", "GET");
+    EXPECT_EQ(second.header("User-Agent"), "");
+    EXPECT_FALSE(second.has("X-Default") || second.has("X-Key"));
+}
+
+TEST_F(ClientTest, SendsEachKindOfBody) {
+    const auto file = ModelBase::toHttpContent("not this name", "bytes", "text/plain");
+    file->setFileName("f.txt");
+    const Texts none, form{{"b", "2 &ü"}, {"a", "1"}};
+    const std::string json = "application/json", multipart = "multipart/form-data";
+    const std::string urlencoded = "application/x-www-form-urlencoded; charset=utf-8";
+    const std::string textParts = "--B\r\nContent-Disposition: form-data; name=\"a\"\r\n\r\n1"
+                                  "\r\n--B\r\nContent-Disposition: form-data; name=\"b\"\r\n\r\n2 &ü";
+    const std::string filePart = "--B\r\nContent-Disposition: form-data; name=\"f\"; filename=\"f.txt\"\r\n"
+                                 "Content-Type: text/plain\r\n\r\nbytes";
+    const struct {
+        std::shared_ptr<IHttpBody> body;
+        Texts form;
+        Files files;
+        std::string type;
+        std::string sentType;
+        std::string sentBody;
+    } rows[] = {
+        {std::make_shared<JsonBody>(web::json::value::string("ü")), none, {}, json, json, "\"ü\""},
+        {std::make_shared<BinaryBody>("\0\xFF", 2), none, {}, "a/b; c=d", "a/b; c=d", std::string("\0\xFF", 2)},
+        {std::make_shared<BinaryBody>("", 0), none, {}, "a/b", "a/b", ""},
+        {nullptr, form, {}, json, json, R"({"a":"1","b":"2 &ü"})"},
+        {nullptr, none, {}, json, "", ""},
+        {nullptr, form, {}, multipart, multipart, textParts + "\r\n--B--\r\n"},
+        {nullptr, none, {}, multipart, multipart, "\r\n--B--\r\n"},
+        {nullptr, form, {{"f", file}}, multipart, multipart, textParts + "\r\n" + filePart + "\r\n--B--\r\n"},
+        {nullptr, none, {{"f", file}}, multipart, multipart, filePart + "\r\n--B--\r\n"},
+        {nullptr, form, {}, "text/plain", urlencoded, "a=1&b=2%20%26%C3%BC"},
+        {nullptr, form, {}, "Application/JSON", urlencoded, "a=1&b=2%20%26%C3%BC"},
+        {nullptr, none, {}, "text/plain", "", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.type + " " + row.sentBody);
+        const Request request = requestOf("/p", "POST", none, row.body, none, row.form, row.files, row.type);
+        EXPECT_EQ(request.header("Content-Type").substr(0, request.header("Content-Type").find("; boundary=")),
+                  row.sentType);
+        EXPECT_EQ(request.body, row.sentBody);
+    }
+    EXPECT_EQ(file->getName(), "not this name");
+}
+
+TEST_F(ClientTest, LetsAContentTypeAmongTheHeadersWin) {
+    const auto body = std::make_shared<JsonBody>(web::json::value(1));
+    EXPECT_EQ(requestOf("/p", "POST", Texts(), body, Texts{{"content-type", "own/type"}}).header("Content-Type"),
+              "own/type");
+}
+
+TEST_F(ClientTest, RefusesConflictsOfParametersInTheCall) {
+    const auto body = std::make_shared<JsonBody>(web::json::value(1));
+    const Files files{{"f", ModelBase::toHttpContent("f", "x")}};
+    const Texts none, form{{"a", "1"}};
+    const std::string withForm = "400 Cannot have body and form params|no content";
+    const std::string withFiles = "400 Cannot have body and file params|no content";
+    const std::string notMultipart =
+        "400 Operations with file parameters must be called with multipart/form-data|no content";
+    EXPECT_EQ(apiErrorOf([&] { call("/p", "POST", none, body, none, form); }), withForm);
+    EXPECT_EQ(apiErrorOf([&] { call("/p", "POST", none, body, none, form, files); }), withForm);
+    EXPECT_EQ(apiErrorOf([&] { call("/p", "POST", none, body, none, none, files); }), withFiles);
+    EXPECT_EQ(apiErrorOf([&] { call("/p", "POST", none, nullptr, none, form, files); }), notMultipart);
+    EXPECT_EQ(apiErrorOf([&] { call("/p", "POST", none, nullptr, none, none, files, "Multipart/form-data"); }),
+              notMultipart);
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
+    const Texts none;
+    for (const std::string& bad : {std::string("a\r"), std::string("a\nX: 1"), std::string("a\0", 2)}) {
+        const auto refused = [&](const Texts& headers, const std::string& method, const std::string& type) {
+            return messageOf<std::invalid_argument>(
+                [&] { call("/p", method, none, nullptr, headers, none, {}, type); });
+        };
+        EXPECT_EQ(refused({{"X-Name", bad}}, "GET", "t"), "the header \"X-Name\" holds CR, LF or NUL");
+        EXPECT_EQ(refused({{bad, "x"}}, "GET", "t"),
+                  ("the name of the header \"" + bad + "\" holds CR, LF or NUL").c_str());
+        EXPECT_EQ(refused({}, "GET", bad), "the header \"Content-Type\" holds CR, LF or NUL");
+        EXPECT_EQ(refused({}, bad, "t"), "the method holds CR, LF or NUL");
+        configuration->setUserAgent(bad);
+        EXPECT_EQ(refused({}, "GET", "t"), "the header \"User-Agent\" holds CR, LF or NUL");
+        configuration->setUserAgent("fine");
+    }
+    messageOf<std::invalid_argument>([&] { call("//evil.example/p", "GET"); });
+    messageOf<std::invalid_argument>([&] { call("http://evil.example/p", "GET"); });
+    messageOf<web::uri_exception>([&] { call("/a b", "GET"); });
+    const auto sendFile = [&](const std::shared_ptr<HttpContent>& file) {
+        call("/p", "POST", none, nullptr, none, none, {{"f", file}}, "multipart/form-data");
+    };
+    messageOf<std::invalid_argument>([&] { sendFile(nullptr); });
+    messageOf<std::invalid_argument>([&] { sendFile(std::make_shared<HttpContent>()); });
+    EXPECT_TRUE(server.requests().empty());
+    for (const std::string url : {"", "no url", "ftp://127.0.0.1"}) {
+        configuration->setBaseUrl(url);
+        EXPECT_THROW(call("/p", "GET"), std::exception) << url;
+    }
+    client->setConfiguration(nullptr);
+    messageOf<std::invalid_argument>([&] { call("/p", "GET"); });
+}
+
+TEST_F(ClientTest, NeedsTheBodyOnlyDuringTheCall) {
+    server.reply(Reply::of(200, "OK", "", ""));
+    auto file = ModelBase::toHttpContent("f", "x");
+    auto task = call("/p", "POST", {}, nullptr, {}, {}, {{"f", file}}, "multipart/form-data");
+    EXPECT_EQ(file.use_count(), 1);
+    file->setData(nullptr);
+    client = std::make_shared<ApiClient>(nullptr);
+    configuration->setBaseUrl("");
+    EXPECT_EQ(task.get().status_code(), 200);
+}
+
+TEST_F(ClientTest, LeavesEveryStatusToTheCaller) {
+    for (const int status : {204, 304, 400, 404, 500, 503}) {
+        server.reply(Reply::of(status, "Any", "", ""));
+        EXPECT_EQ(call("/p", "GET").get().status_code(), status);
+    }
+}
+
+TEST_F(ClientTest, FailsInTheTaskWhenNobodyAnswers) {
+    server.reply(Reply{{}, Reply::Ending::Reset});
+    auto task = call("/p", "GET");
+    messageOf<web::http::http_exception>([&] { task.get(); });
+    const std::string nobody = RecordingServer().url();
+    configuration->setBaseUrl(nobody);
+    auto refused = SchemaApi(client).select_SchemasSchema("L");
+    messageOf<web::http::http_exception>([&] { refused.get(); });
+
+    configuration->setBaseUrl(server.url());
+    configuration->getHttpConfig().set_timeout(std::chrono::seconds(1));
+    server.reply(Reply{{}, Reply::Ending::KeepOpen});
+    auto late = SchemaApi(client).select_SchemasSchema("L");
+    messageOf<web::http::http_exception>([&] { late.get(); });
+}
+
+/// The client's private headers: what must never reach another server.
+const Texts privates{{"Authorization", "Bearer t"}, {"X-Private", "p"}, {"Cookie", "c"}, {"Accept", "a/b"}};
+
+TEST_F(ClientTest, FollowsRedirectsOfItsServiceWithAllHeaders) {
+    const struct {
+        int status;
+        std::string method;
+        std::string thenMethod;
+    } rows[] = {{301, "GET", "GET"},       {301, "POST", "GET"}, {302, "POST", "GET"},
+                {302, "DELETE", "DELETE"}, {303, "POST", "GET"}, {303, "PUT", "GET"},
+                {307, "POST", "POST"},     {308, "PUT", "PUT"},  {307, "GET", "GET"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.status) + " " + row.method);
+        const bool hasBody = row.method[0] == 'P';
+        server.reply(Reply::redirect(row.status, row.status % 2 != 0 ? "/base/new?a=1" : server.url() + "/new?a=1"));
+        server.reply(Reply::of(200, "OK", "", "arrived"));
+        const auto body = hasBody ? std::make_shared<BinaryBody>("bytes", 5) : nullptr;
+        auto response = call("/old", row.method, {}, body, privates, {}, {}, "t/t").get();
+        EXPECT_EQ(response.extract_string(true).get(), "arrived");
+        const Request second = server.requests().back();
+        EXPECT_EQ(second.method, row.thenMethod);
+        EXPECT_EQ(second.target, "/base/new?a=1");
+        EXPECT_EQ(second.header("User-Agent"), "forms-test/1");
+        for (const auto& [name, value] : privates) {
+            EXPECT_EQ(second.header(name), value);
+        }
+        const bool keepsBody = hasBody && row.thenMethod != "GET";
+        EXPECT_EQ(second.body, keepsBody ? "bytes" : "");
+        EXPECT_EQ(second.header("Content-Type"), keepsBody ? "t/t" : "");
+    }
+}
+
+TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
+    RecordingServer other;
+    const auto body = std::make_shared<BinaryBody>("bytes", 5);
+    server.reply(Reply::redirect(307, other.url() + "/x"));
+    other.reply(Reply::redirect(307, server.url() + "/back"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "POST", {}, body, privates, {}, {}, "t/t").get();
+    for (const Request& request : {other.requests().at(0), server.requests().at(1)}) {
+        EXPECT_FALSE(request.has("Authorization") || request.has("X-Private") || request.has("Cookie"));
+        EXPECT_EQ(request.header("Accept"), "a/b");
+        EXPECT_EQ(request.header("User-Agent"), "forms-test/1");
+        EXPECT_EQ(request.header("Content-Type"), "t/t");
+        EXPECT_EQ(request.body, "bytes");
+    }
+    EXPECT_EQ(other.requests().at(0).header("Host"), other.origin().substr(7));
+    EXPECT_TRUE(other.takeErrors().empty());
+}
+
+TEST_F(ClientTest, StopsRedirectsAtTheLimitAndInLoops) {
+    const auto statusAfter = [&](std::size_t limit, std::size_t requests, auto... locations) {
+        configuration->getHttpConfig().set_max_redirects(limit);
+        (server.reply(Reply::redirect(302, locations)), ...);
+        const std::size_t before = server.requests().size();
+        const auto status = call("/0", "GET").get().status_code();
+        EXPECT_EQ(server.requests().size() - before, requests);
+        return status;
+    };
+    EXPECT_EQ(statusAfter(0, 1, "/base/1"), 302);
+    EXPECT_EQ(statusAfter(2, 3, "/base/1", "/base/2", "/base/3"), 302);
+    EXPECT_EQ(statusAfter(10, 2, "/base/1", "/base/0"), 302);
+    EXPECT_EQ(statusAfter(10, 1, "/base/0"), 302);
+    EXPECT_EQ(statusAfter(10, 1, "ftp://127.0.0.1/x"), 302);
+    EXPECT_EQ(statusAfter(10, 1, ""), 302);
+    server.reply(Reply::of(302, "Found", "", ""));
+    EXPECT_EQ(call("/0", "GET").get().status_code(), 302);
+}
+
+} // namespace
+} // namespace forms_test

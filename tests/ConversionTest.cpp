@@ -1,0 +1,292 @@
+#include "support/ServiceTest.h"
+
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <sstream>
+
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::model;
+using web::json::json_exception;
+using web::json::value;
+
+const auto infinity = std::numeric_limits<double>::infinity();
+
+std::shared_ptr<HttpContent> part(const std::string& text) {
+    return ModelBase::toHttpContent("n", text);
+}
+
+std::shared_ptr<std::istream> stream(const std::string& bytes) {
+    return std::make_shared<std::istringstream>(bytes);
+}
+
+utility::datetime date(const char* text) {
+    return utility::datetime::from_string(text, utility::datetime::ISO_8601);
+}
+
+template <class Result>
+Result fromJson(Result (*convert)(value&), const std::string& text) {
+    value json = value::parse(text);
+    return convert(json);
+}
+
+/// "name|disposition|type|file name|data"
+std::string textOf(const std::shared_ptr<HttpContent>& content) {
+    return content->getName() + "|" + content->getContentDisposition() + "|" + content->getContentType() + "|" +
+           content->getFileName() + "|" + (content->getData() ? bytesOf(*content->getData()) : "no data");
+}
+
+TEST(ToJson, WritesEachTypeAsItsJsonText) {
+    const std::pair<value, std::string> rows[] = {
+        {ModelBase::toJson(std::string("a\"é\n")), R"("a\"é\n")"},
+        {ModelBase::toJson("a literal, no bool"), R"("a literal, no bool")"},
+        {ModelBase::toJson(std::numeric_limits<int32_t>::min()), "-2147483648"},
+        {ModelBase::toJson(std::numeric_limits<int64_t>::max()), "9223372036854775807"},
+        {ModelBase::toJson(2.5), "2.5"},
+        {ModelBase::toJson(true), "true"},
+        {ModelBase::toJson(date("2024-02-29T12:34:56.1234567Z")), R"("2024-02-29T12:34:56.1234567Z")"},
+        {ModelBase::toJson(date("2024-02-29T12:00:00+02:00")), R"("2024-02-29T10:00:00Z")"},
+        {ModelBase::toJson(utility::datetime()), R"("1970-01-01T00:00:00Z")"},
+        {ModelBase::toJson(std::shared_ptr<ModelBase>()), "null"},
+        {ModelBase::toJson(std::shared_ptr<ModelBase>(std::make_shared<Object>())), "{}"},
+    };
+    for (const auto& [json, text] : rows) {
+        EXPECT_EQ(json.serialize(), text);
+    }
+    for (const double number : {infinity, -infinity, std::nan("")}) {
+        messageOf<std::invalid_argument>([=] { ModelBase::toJson(number); });
+    }
+}
+
+TEST(ToJson, WritesAFileWithItsDataInBase64) {
+    const auto file = std::make_shared<HttpContent>();
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { ModelBase::toJson(std::shared_ptr<HttpContent>()); }),
+              "the content of a multipart part is an empty pointer");
+    messageOf<std::invalid_argument>([&] { ModelBase::toJson(file); });
+    file->setContentDisposition("form-data");
+    file->setContentType("image/png");
+    file->setFileName("a.png");
+    file->setData(stream("foob"));
+    file->getData()->seekg(2);
+    const auto json = ModelBase::toJson(file);
+    EXPECT_EQ(json.serialize(), R"({"ContentDisposition":"form-data","ContentType":"image/png","FileName":"a.png",)"
+                                R"("InputStream":"Zm9vYg=="})");
+    auto copy = json;
+    EXPECT_EQ(textOf(ModelBase::fileFromJson(copy)), "|form-data|image/png|a.png|foob");
+    EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, "{}")), "||||no data");
+    EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"FileName":7,"InputStream":""})")), "||||");
+}
+
+TEST(FromJson, ReadsEachType) {
+    EXPECT_EQ(fromJson(ModelBase::stringFromJson, R"("é")"), "é");
+    for (const auto* other : {"null", "1", "true", "{}", "[\"a\"]"}) {
+        EXPECT_EQ(fromJson(ModelBase::stringFromJson, other), "") << other;
+    }
+    EXPECT_EQ(fromJson(ModelBase::int32_tFromJson, "-2147483648"), std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(fromJson(ModelBase::int32_tFromJson, "-2.9"), -2);
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "9223372036854775807"), std::numeric_limits<int64_t>::max());
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-9223372036854775808"), std::numeric_limits<int64_t>::min());
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "5e9"), 5000000000);
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-2.9"), -2);
+    EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "1e-3"), 0.001);
+    EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "3"), 3.0);
+    EXPECT_EQ(fromJson(ModelBase::floatFromJson, "0.1"), 0.1F);
+    EXPECT_TRUE(fromJson(ModelBase::boolFromJson, "true"));
+    EXPECT_EQ(fromJson(ModelBase::dateFromJson, R"("2024-02-29T12:34:56.7Z")"), date("2024-02-29T12:34:56.7Z"));
+    for (const auto* unreadable : {R"("")", R"("soon")", R"("2023-02-29T00:00:00Z")"}) {
+        EXPECT_FALSE(fromJson(ModelBase::dateFromJson, unreadable).is_initialized()) << unreadable;
+    }
+}
+
+TEST(FromJson, RefusesOtherTypesAndNumbersOutOfRange) {
+    const auto refuses = [](auto convert, std::initializer_list<const char*> texts) {
+        for (const auto* text : texts) {
+            SCOPED_TRACE(text);
+            messageOf<json_exception>([&] { fromJson(convert, text); });
+        }
+    };
+    refuses(ModelBase::int32_tFromJson, {"\"1\"", "null", "true", "{}", "5000000000", "2147483648", "-2147483649",
+                                         "1e10", "1e400", "18446744073709551615"});
+    refuses(ModelBase::int64_tFromJson, {"\"1\"", "null", "9223372036854775808", "1e19", "-1e19", "1e400"});
+    refuses(ModelBase::doubleFromJson, {"\"1\"", "null", "[]", "1e400", "-1e400"});
+    refuses(ModelBase::boolFromJson, {"1", "\"true\"", "null"});
+    refuses(ModelBase::dateFromJson, {"0", "null"});
+}
+
+TEST(ToHttpContent, HoldsEachTypeAsItsText) {
+    const std::pair<std::shared_ptr<HttpContent>, const char*> rows[] = {
+        {ModelBase::toHttpContent("n", std::string("é")), "n|form-data|||é"},
+        {ModelBase::toHttpContent("n", "literal", "text/plain"), "n|form-data|text/plain||literal"},
+        {ModelBase::toHttpContent("n", date("2024-02-29T12:34:56Z")), "n|form-data|||2024-02-29T12:34:56Z"},
+        {ModelBase::toHttpContent("n", utility::datetime()), "n|form-data|||1601-01-01T00:00:00Z"},
+        {ModelBase::toHttpContent("n", value::parse("[1, \"é\"]"), "a/j"), "n|form-data|a/j||[1,\"é\"]"},
+        {ModelBase::toHttpContent("n", int32_t{-1234567}), "n|form-data|||-1234567"},
+        {ModelBase::toHttpContent("n", int64_t{5000000000}), "n|form-data|||5000000000"},
+        {ModelBase::toHttpContent("n", 2.5), "n|form-data|||2.5"},
+        {ModelBase::toHttpContent("n", 1e21), "n|form-data|||1e+21"},
+        {ModelBase::toHttpContent("n", 1234567.0), "n|form-data|||1.23457e+06"},
+        {ModelBase::toHttpContent("n", true), "n|form-data|||1"},
+        {ModelBase::toHttpContent("n", false), "n|form-data|||0"},
+    };
+    for (const auto& [content, text] : rows) {
+        EXPECT_EQ(textOf(content), text);
+    }
+    const auto file = std::make_shared<HttpContent>();
+    file->setName("old");
+    file->setContentDisposition("attachment");
+    file->setContentType("t");
+    file->setFileName("f");
+    file->setData(stream("data"));
+    const auto copy = ModelBase::toHttpContent("n", file);
+    EXPECT_EQ(copy->getData(), file->getData()) << "the stream is shared";
+    EXPECT_EQ(file->getName(), "old");
+    EXPECT_EQ(textOf(copy), "n|attachment|t|f|data");
+    messageOf<std::invalid_argument>([] { ModelBase::toHttpContent("n", std::shared_ptr<HttpContent>()); });
+}
+
+TEST(FromHttpContent, ReadsLikeAStream) {
+    EXPECT_EQ(ModelBase::stringFromHttpContent(part("é\n")), "é\n");
+    EXPECT_EQ(ModelBase::int32_tFromHttpContent(part("  -12x")), -12);
+    EXPECT_EQ(ModelBase::int32_tFromHttpContent(part("5000000000")), 0);
+    EXPECT_EQ(ModelBase::int64_tFromHttpContent(part("5000000000")), 5000000000);
+    EXPECT_EQ(ModelBase::int64_tFromHttpContent(part("none")), 0);
+    EXPECT_EQ(ModelBase::floatFromHttpContent(part("0.5")), 0.5F);
+    EXPECT_EQ(ModelBase::doubleFromHttpContent(part("1e3 m")), 1000.0);
+    EXPECT_EQ(ModelBase::doubleFromHttpContent(part("")), 0.0);
+    EXPECT_TRUE(ModelBase::boolFromHttpContent(part("1")));
+    EXPECT_FALSE(ModelBase::boolFromHttpContent(part("true")));
+    EXPECT_FALSE(ModelBase::boolFromHttpContent(part("0")));
+    EXPECT_FALSE(ModelBase::boolFromHttpContent(part("2")));
+    EXPECT_EQ(ModelBase::dateFromHttpContent(part("2024-02-29T12:34:56Z")), date("2024-02-29T12:34:56Z"));
+    EXPECT_EQ(ModelBase::valueFromHttpContent(part("{\"a\": [1]}")).serialize(), "{\"a\":[1]}");
+    messageOf<json_exception>([] { ModelBase::valueFromHttpContent(part("{")); });
+    const auto twice = part("again");
+    EXPECT_EQ(ModelBase::stringFromHttpContent(twice) + ModelBase::stringFromHttpContent(twice), "againagain");
+}
+
+TEST(FromHttpContent, NamesWhatIsMissing) {
+    const auto empty = std::make_shared<HttpContent>();
+    empty->setName("photo");
+    const auto refuses = [&](auto convert) {
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(nullptr); }),
+                  "the content of a multipart part is an empty pointer");
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(empty); }),
+                  "the content \"photo\" has no data stream");
+    };
+    refuses(ModelBase::stringFromHttpContent);
+    refuses(ModelBase::int32_tFromHttpContent);
+    refuses(ModelBase::int64_tFromHttpContent);
+    refuses(ModelBase::floatFromHttpContent);
+    refuses(ModelBase::doubleFromHttpContent);
+    refuses(ModelBase::boolFromHttpContent);
+    refuses(ModelBase::dateFromHttpContent);
+    refuses(ModelBase::valueFromHttpContent);
+}
+
+TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
+    const std::pair<std::string, std::string> rows[] = {{"", ""},
+                                                        {"f", "Zg=="},
+                                                        {"fo", "Zm8="},
+                                                        {"foo", "Zm9v"},
+                                                        {"foob", "Zm9vYg=="},
+                                                        {"é", "w6k="},
+                                                        {std::string(3, '\0'), "AAAA"},
+                                                        {"\xFB\xEF\xBF", "+++/"}};
+    for (const auto& [bytes, text] : rows) {
+        EXPECT_EQ(ModelBase::toBase64(stream(bytes)), text);
+        EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), bytes);
+    }
+    EXPECT_EQ(ModelBase::toBase64(std::string("é")), "w6k=");
+    std::string all;
+    for (int i = 0; i < 3 * 256; ++i) {
+        all += static_cast<char>(i);
+        std::vector<unsigned char> bytes(all.begin(), all.end());
+        const std::string text = ModelBase::toBase64(stream(all));
+        EXPECT_EQ(text, utility::conversions::to_base64(bytes)) << "unlike the HTTP library's";
+        EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), all);
+    }
+    messageOf<std::invalid_argument>([] { ModelBase::toBase64(std::shared_ptr<std::istream>()); });
+}
+
+TEST(Base64, SaysWhatIsWrong) {
+    const std::string character = "Non-Valid Character in Base 64!";
+    const std::string padding = "Invalid Padding in Base 64!";
+    const std::pair<const char*, std::string> rows[] = {
+        {"Zg", character},   {"Zm9vZ", character},  {"Zm9", character},    {"Zm 9", character}, {"Zm9v\n", character},
+        {"Zm9é", character}, {"Zm-_", character},   {"Z===", padding},     {"====", padding},   {"=", padding},
+        {"Zg=", padding},    {"Zg==Zm9v", padding}, {"Zm8=Zm9v", padding}, {"Z=g=", padding},   {"Zm9v=", padding},
+        {"Zm9v==", padding}, {"Zg=a", padding}};
+    for (const auto& [text, message] : rows) {
+        EXPECT_EQ(messageOf<json_exception>([text = text] { ModelBase::fromBase64(text); }), message) << text;
+    }
+}
+
+TEST(ObjectModel, HoldsAnyObject) {
+    Object object;
+    const auto read = [&](const char* text) {
+        auto json = value::parse(text);
+        object.fromJson(json);
+    };
+    EXPECT_EQ(object.toJson().serialize(), "{}");
+    read(R"({"b":1,"a":{"c":[null]}})");
+    for (const auto* ignored : {"[1]", "null", "\"x\"", "1"}) {
+        read(ignored);
+    }
+    EXPECT_EQ(object.getValue("a").serialize(), R"({"c":[null]})");
+    messageOf<json_exception>([&] { object.getValue("none"); });
+    object.setValue("b", value::string("new"));
+    object.setValue("d", value::null());
+
+    for (const auto& [prefix, name] :
+         {std::pair<std::string, std::string>{"", "object"}, {"p", "p.object"}, {"p.", "p.object"}}) {
+        const auto multipart = std::make_shared<MultipartFormData>("B");
+        object.toMultipart(multipart, prefix);
+        const auto only = multipart->getContents().at(0);
+        EXPECT_EQ(textOf(only), name + "|form-data|application/json||" + object.toJson().serialize());
+        Object copy;
+        copy.fromMultiPart(multipart, prefix);
+        EXPECT_EQ(copy.getValue("b").as_string(), "new");
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { copy.fromMultiPart(multipart, "q"); }),
+                  "the multipart body has no part \"q.object\"");
+    }
+    messageOf<std::invalid_argument>([&] { object.toMultipart(nullptr, ""); });
+}
+
+/// Writes numbers as "1.234,5" and bools as words, as a host application's locale may.
+class Commas : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+    std::string do_truename() const override { return "wahr"; }
+};
+
+TEST(Locale, OfTheHostChangesNothingOnTheWire) {
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+    std::ostringstream probe;
+    probe << 1234.5;
+    EXPECT_EQ(probe.str(), "1.234,5") << "the locale is in force";
+
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int32_t{1234567})), "n|form-data|||1234567");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int64_t{5000000000})), "n|form-data|||5000000000");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", 1234.5)), "n|form-data|||1234.5");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", date("2024-02-29T12:34:56Z"))),
+              "n|form-data|||2024-02-29T12:34:56Z");
+    EXPECT_EQ(ModelBase::doubleFromHttpContent(part("1234.5")), 1234.5);
+    EXPECT_EQ(ModelBase::int32_tFromHttpContent(part("1234567")), 1234567);
+    EXPECT_EQ(api::ApiClient::parameterToString(int32_t{1234567}), "1234567");
+    EXPECT_EQ(api::ApiClient::parameterToString(1234.5), "1234.500000");
+    DynamicSchemaBaseClass issue;
+    auto json = value::parse(R"({"KeldaroServer":"a","Latitude":1234.5})");
+    issue.fromJson(json);
+    EXPECT_EQ(issue.toJson().serialize(), R"({"KeldaroServer":"a","Latitude":1234.5})");
+    std::ostringstream body;
+    MultipartFormData("B").writeTo(body);
+    EXPECT_EQ(body.str(), "\r\n--B--\r\n");
+    EXPECT_EQ(MultipartFormData().getBoundary().size(), 36U);
+    std::locale::global(before);
+}
+
+} // namespace
+} // namespace forms_test

@@ -1,0 +1,367 @@
+#include "support/ServiceTest.h"
+
+#include <thread>
+
+/// The rules of the models that hold for single kinds of property, values or classes. What holds for all is in the
+/// walk over all classes.
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::model;
+using web::json::json_exception;
+using web::json::value;
+
+template <class M>
+void read(M& model, const std::string& text) {
+    auto json = value::parse(text);
+    model.fromJson(json);
+    EXPECT_EQ(json, value::parse(text)) << "what was read is left as it was";
+}
+
+template <class M>
+M readNew(const std::string& text) {
+    M model;
+    read(model, text);
+    return model;
+}
+
+std::string textOf(const ModelBase& model) {
+    return model.toJson().serialize();
+}
+
+/// The names of a model's parts, each followed by a blank.
+std::string partNames(const ModelBase& model, const std::string& prefix = "") {
+    const auto multipart = std::make_shared<MultipartFormData>();
+    model.toMultipart(multipart, prefix);
+    std::string names;
+    for (const auto& part : multipart->getContents()) {
+        names += part->getName() + " ";
+    }
+    return names;
+}
+
+std::shared_ptr<MultipartFormData> multipartOf(const std::map<std::string, std::string>& parts) {
+    auto multipart = std::make_shared<MultipartFormData>();
+    for (const auto& [name, data] : parts) {
+        multipart->add(ModelBase::toHttpContent(name, data));
+    }
+    return multipart;
+}
+
+TEST(Reading, KeepsWhatIsMissingOrNullAndIgnoresWhatIsUnknown) {
+    auto comment = readNew<DynamicSchema_Comment>(R"({"Author":"Ann","Text":null,"Unknown":{"Text":"x"},"author":1})");
+    EXPECT_TRUE(comment.authorIsSet());
+    EXPECT_FALSE(comment.textIsSet());
+    read(comment, R"({"Text":"hello","Author":null})");
+    EXPECT_EQ(textOf(comment), R"({"Author":"Ann","Text":"hello"})");
+    for (const auto* noObject : {"null", "[]", "\"Text\"", "1"}) {
+        read(comment, noObject);
+    }
+    EXPECT_EQ(textOf(comment), R"({"Author":"Ann","Text":"hello"})");
+    EXPECT_EQ(readNew<DynamicSchemaAttachment>(R"({"Size":5})").getSize(), "") << "a number is no text";
+    const auto stats = readNew<PlexumStats>(R"({"Count":1})");
+    EXPECT_FALSE(stats.assignedIsSet());
+    EXPECT_EQ(stats.getAssigned(), 0);
+}
+
+TEST(Reading, NamesThePlaceOfAValueOfTheWrongType) {
+    const auto refusal = [](auto model, const std::string& text) {
+        return messageOf<json_exception>([&] { read(model, text); });
+    };
+    EXPECT_EQ(refusal(SchemasClass(), R"({"IsShared":1})"), "IsShared: not a boolean");
+    EXPECT_EQ(refusal(ListsListGroup(), R"({"Lists":"x"})"), "Lists: not an array");
+    EXPECT_EQ(refusal(PlexumStats(), R"({"Open":5000000000})"),
+              "Open: the number is beyond the range of a 32-bit integer");
+    EXPECT_EQ(refusal(ModelViewDefinition(), R"({"cameraInfo":{"rotation":[[1],[2,"x"]]}})"),
+              "cameraInfo.rotation[1][1]: not a number");
+    EXPECT_EQ(refusal(ModelViewDefinitionCameraInfo(), R"({"origin":[null]})"), "origin[0]: not a number");
+
+    DynamicSchemaFile file;
+    messageOf<json_exception>([&] { read(file, R"({"Name":"a","Size":"b","CreatedDate":"2024-02-29T12:00:00Z"})"); });
+    EXPECT_EQ(textOf(file), R"({"Name":"a"})") << "what came before stays, and nothing is half set";
+    SchemasClassInstance outer;
+    messageOf<json_exception>([&] { read(outer, R"({"instance":{"properties":{"IsShared":1}}})"); });
+    EXPECT_FALSE(outer.instanceIsSet());
+}
+
+TEST(Reading, TakesTextsOutOfATreeThatIsGivenAway) {
+    DynamicSchemaBaseClass issue;
+    issue.fromJson(value::parse(R"({"Status":"open","Extra":{"a":1}})"));
+    EXPECT_EQ(textOf(issue), R"({"Status":"open","Extra":{"a":1}})");
+}
+
+TEST(Lists, AreReplacedByEveryReading) {
+    auto list = readNew<SchemasSchemaInstances>(R"({"instances":[{"eTag":"1"},null,{"eTag":"2"}]})");
+    ASSERT_EQ(list.getInstances().size(), 3U);
+    EXPECT_EQ(list.getInstances()[1], nullptr);
+    EXPECT_EQ(textOf(list), R"({"instances":[{"eTag":"1"},null,{"eTag":"2"}]})");
+    EXPECT_EQ(partNames(list), "instances ");
+    for (const auto* without : {"{}", R"({"instances":null})", R"({"instances":[]})", "[]"}) {
+        read(list, R"({"instances":[{}]})");
+        read(list, without);
+        EXPECT_TRUE(list.getInstances().empty()) << without;
+    }
+    list.setInstances({});
+    EXPECT_TRUE(list.instancesIsSet());
+    EXPECT_EQ(textOf(list), "{}") << "an empty list is not written, set or not";
+    EXPECT_EQ(partNames(list), "");
+    list.getInstances().push_back(nullptr);
+    list.unsetInstances();
+    EXPECT_EQ(textOf(list), R"({"instances":[null]})") << "any other is";
+
+    EXPECT_EQ(textOf(readNew<ListsListTree>(R"({"Lists":["a",null,1]})")), R"({"Lists":["a","",""]})");
+    auto group = readNew<ListsListGroup>(R"({"Lists":["old"]})");
+    group.fromMultiPart(multipartOf({{"Lists", R"(["a","b"])"}}), "");
+    EXPECT_EQ(textOf(group), R"({"Lists":["a","b"]})");
+    messageOf<json_exception>([&] { group.fromMultiPart(multipartOf({{"Lists", "a,b"}}), ""); });
+    group.fromMultiPart(multipartOf({}), "");
+    EXPECT_EQ(textOf(group), "{}");
+}
+
+TEST(Nested, ModelsAreSharedByCopiesAndMayBeMissing) {
+    SchemasSchemaInstance instance;
+    instance.setInstance(nullptr);
+    EXPECT_EQ(textOf(instance), R"({"instance":null})");
+    EXPECT_EQ(partNames(instance), "");
+    instance.setInstance(std::make_shared<SchemasSchemaInstanceContent>());
+    const SchemasSchemaInstance copy = instance;
+    instance.getInstance()->setETag("v2");
+    EXPECT_EQ(textOf(copy), R"({"instance":{"eTag":"v2"}})");
+    EXPECT_EQ(partNames(instance, "outer"), "instance.eTag ") << "prefixes don't add up";
+
+    const auto multipart = multipartOf({{"instance", ""}, {"eTag", "bare"}, {"instance.eTag", "prefixed"}});
+    instance.fromMultiPart(multipart, "outer");
+    EXPECT_EQ(textOf(instance), R"({"instance":{"eTag":"bare"}})") << "a part named by its key asks for the model";
+    RelationshipToForm relationship = readNew<RelationshipToForm>(R"({"relatedInstance":null})");
+    EXPECT_EQ(relationship.getRelatedInstance(), nullptr);
+    EXPECT_FALSE(relationship.relatedInstanceIsSet());
+}
+
+TEST(Models, NeedAMultipartBody) {
+    PlexumStats stats;
+    messageOf<std::invalid_argument>([&] { stats.toMultipart(nullptr, ""); });
+    messageOf<std::invalid_argument>([&] { stats.fromMultiPart(nullptr, ""); });
+    PlexumUserSettings users = readNew<PlexumUserSettings>(R"({"Any":1})");
+    EXPECT_EQ(textOf(users) + partNames(users), "{}");
+}
+
+TEST(Issue, WritesUnsetDatesAsNullAndTheViewAsText) {
+    DynamicSchemaBaseClass issue;
+    issue.setCreatedDate({});
+    issue.setModifiedDate({});
+    issue.setDueDate({});
+    issue.setModelEventDateTime({});
+    issue.setModelViewDefinition(nullptr);
+    EXPECT_EQ(textOf(issue), R"({"_CreatedDate":null,"_ModifiedDate":null,"_DueDate":null,"_ModelEventDateTime":null,)"
+                             R"("_ModelViewDefinition":null})");
+    EXPECT_EQ(partNames(issue), "_CreatedDate _ModifiedDate _DueDate _ModelEventDateTime ");
+
+    auto viewed = readNew<DynamicSchemaBaseClass>(R"({"_ModelViewDefinition":"{\"viewId\":\"v\"}"})");
+    EXPECT_EQ(viewed.getModelViewDefinition()->getViewId(), "v");
+    for (const auto* ignored : {R"({"viewId":"w"})", "null", "1"}) {
+        read(viewed, std::string(R"({"_ModelViewDefinition":)") + ignored + "}");
+        EXPECT_EQ(textOf(viewed), R"({"_ModelViewDefinition":"{\"viewId\":\"v\"}"})") << ignored;
+    }
+    EXPECT_EQ(partNames(viewed, "p"), "_ModelViewDefinition ") << "without the prefix";
+    messageOf<json_exception>([&] { read(viewed, R"({"_ModelViewDefinition":"{"})"); });
+    DynamicSchemaBaseClass other;
+    other.fromMultiPart(multipartOf({{"_ModelViewDefinition", R"({"viewId":"x"})"}}), "");
+    EXPECT_EQ(other.getModelViewDefinition()->getViewId(), "x");
+}
+
+TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
+    auto issue = readNew<DynamicSchemaBaseClass>(R"({"_Subject":"a","Extra1":5,"Extra2":{"k":true},"Extra3":null})");
+    EXPECT_EQ(issue.getSubject(), "a");
+    std::string text = "as it was";
+    value json;
+    EXPECT_FALSE(issue.getCustomProp(text, "Extra1"));
+    EXPECT_FALSE(issue.getCustomProp(text, "None"));
+    EXPECT_FALSE(issue.getCustomProp(json, "_Subject"));
+    EXPECT_EQ(text, "as it was");
+    EXPECT_TRUE(issue.getCustomProp(json, "Extra2"));
+    EXPECT_EQ(json.serialize(), R"({"k":true})");
+    read(issue, R"({"Extra1":6})");
+    EXPECT_TRUE(issue.getCustomProp(json, "Extra3")) << "reading clears no earlier one";
+    EXPECT_TRUE(issue.getCustomProp(json, "Extra1"));
+    EXPECT_EQ(json.serialize(), "6");
+
+    DynamicSchemaBaseClass own;
+    const auto writes = [&own](const char* expected) {
+        EXPECT_EQ(textOf(own), expected);
+        own.unsetCustomProp("E");
+        EXPECT_EQ(textOf(own), "{}");
+    };
+    own.setCustomProp("_Subject", "refused");
+    own.setCustomProp("Closed", value::boolean(true));
+    EXPECT_EQ(textOf(own), "{}") << "fixed keys are refused";
+    own.setCustomProp("E", "literal");
+    EXPECT_TRUE(own.getCustomProp(text, "E"));
+    writes(R"({"E":"literal"})");
+    own.setCustomProp("E", std::string("text"));
+    writes(R"({"E":"text"})");
+    own.setCustomProp("E", true);
+    writes(R"({"E":true})");
+    own.setCustomProp("E", value::parse("[1,{}]"));
+    writes(R"({"E":[1,{}]})");
+    own.setStatus("open");
+    own.setCustomProp("A", "custom ones come last");
+    EXPECT_EQ(textOf(own), R"({"Status":"open","A":"custom ones come last"})");
+    own.setCustomProp("A", value::number(std::numeric_limits<double>::infinity()));
+    messageOf<std::invalid_argument>([&] { own.toJson(); });
+}
+
+TEST(Issue, CarriesCustomPropertiesInPartsAsJson) {
+    DynamicSchemaBaseClass issue;
+    issue.setStatus("open");
+    issue.setCustomProp("E", "x");
+    const auto multipart = std::make_shared<MultipartFormData>();
+    issue.toMultipart(multipart, "p");
+    EXPECT_EQ(partNames(issue, "p"), "p.Status p.E ");
+    EXPECT_EQ(multipart->getContent("p.E")->getContentType(), "application/json");
+    EXPECT_EQ(bytesOf(*multipart->getContent("p.E")->getData()), "\"x\"");
+
+    DynamicSchemaBaseClass copy;
+    copy.fromMultiPart(multipartOf({{"Status", "closed"}, {"p.E", "[1]"}}), "p");
+    EXPECT_EQ(textOf(copy), R"({"Status":"closed","p.E":[1]})") << "under their full part names";
+    messageOf<json_exception>([&] { copy.fromMultiPart(multipartOf({{"E", "no JSON"}}), ""); });
+}
+
+TEST(Issue, TakesManyCustomPropertiesFromSeveralThreadsAtOnce) {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([] {
+            DynamicSchemaBaseClass issue;
+            issue.setCustomProp("_Subject", "refused");
+            for (int i = 0; i < 10000; ++i) {
+                issue.setCustomProp("p" + std::to_string(i), "x");
+            }
+            DynamicSchemaBaseClass copy;
+            copy.fromJson(issue.toJson());
+            std::string last;
+            EXPECT_TRUE(copy.getCustomProp(last, "p9999"));
+            EXPECT_EQ(copy.toJson().size(), 10000U);
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST(CustomProps, LieInOneTablePerType) {
+    using Custom = DynamicSchemaClassWithCustomProps;
+    auto json = value::parse(R"({"a":1.5,"b":2,"c":null,"d":[1],"e":{},"f":"text","g":false})");
+    Custom custom(json);
+    double number = 0;
+    int integer = 0;
+    bool flag = true;
+    std::string text;
+    EXPECT_TRUE(custom.getCustomProp(number, "a") && custom.getCustomProp(integer, "b") &&
+                custom.getCustomProp(text, "f") && custom.getCustomProp(flag, "g"));
+    EXPECT_EQ(number, 1.5);
+    EXPECT_EQ(integer, 2);
+    EXPECT_EQ(text, "text");
+    EXPECT_FALSE(flag);
+    EXPECT_FALSE(custom.getCustomProp(number, "b") || custom.getCustomProp(integer, "a"));
+    EXPECT_EQ(custom.toJson().size(), 4U) << "no objects, lists or nulls";
+    json = value::parse("[1]");
+    custom.fromJson(json);
+    EXPECT_EQ(custom.toJson().size(), 4U);
+
+    Custom own;
+    own.setCustomProp("n", "literal");
+    EXPECT_EQ(textOf(own), R"({"n":"literal"})");
+    own.setCustomProp("n", 1);
+    EXPECT_EQ(textOf(own), R"({"n":1})");
+    own.setCustomProp("n", 2.5);
+    EXPECT_EQ(textOf(own), R"({"n":2.5})");
+    own.setCustomProp("n", true);
+    EXPECT_EQ(textOf(own), R"({"n":true})");
+    EXPECT_TRUE(own.getCustomProp(text, "n"));
+    EXPECT_EQ(text, "literal") << "the other tables are not touched";
+    const auto multipart = std::make_shared<MultipartFormData>();
+    own.toMultipart(multipart, "p");
+    std::string parts;
+    for (const auto& part : multipart->getContents()) {
+        parts += part->getName() + "=" + bytesOf(*part->getData()) + " ";
+    }
+    EXPECT_EQ(parts, "p.n=1 p.n=literal p.n=2.5 p.n=1 ") << "integers, texts, doubles, bools";
+    own.unsetCustomProp("n");
+    EXPECT_EQ(textOf(own), "{}");
+    own.fromMultiPart(multipartOf({{"p.n", "1"}}), "p");
+    EXPECT_EQ(textOf(own), R"({"p.n":"1"})") << "parts come back as texts";
+}
+
+TEST(CustomArray, HasTheTypeOfItsFirstElement) {
+    const std::pair<const char*, const char*> rows[] = {{"[1,\"x\",2,true,null,2.5]", "[1,2]"},
+                                                        {"[1.5,2]", "[1.5]"},
+                                                        {"[true,1,false]", "[true,false]"},
+                                                        {"[\"a\",1,\"b\"]", "[\"a\",\"b\"]"},
+                                                        {"[{\"a\":1},2]", "[{\"a\":1}]"},
+                                                        {"[]", "[]"},
+                                                        {"[null,1]", "[]"},
+                                                        {"[[1],1]", "[]"},
+                                                        {"{\"a\":1}", "[]"}};
+    for (const auto& [text, kept] : rows) {
+        auto json = value::parse(text);
+        const DynamicSchemaArrayWithCustomProps array(json);
+        EXPECT_EQ(textOf(array), kept) << text;
+        EXPECT_EQ(array.size(), static_cast<int>(value::parse(kept).size())) << text;
+    }
+    auto json = value::parse("[1,2,3]");
+    DynamicSchemaArrayWithCustomProps array(json);
+    for (const int nowhere : {5, 3, -1, std::numeric_limits<int>::min()}) {
+        array.remove(nowhere);
+    }
+    array.remove(1);
+    array.getInt(0) = 7;
+    array.setInt(1, 8);
+    EXPECT_EQ(textOf(array), "[7,8]");
+    array.fromJson(json);
+    EXPECT_EQ(textOf(array), "[7,8,1,2,3]") << "reading appends";
+    array.setTypeForArray(value::parse("[\"x\"]"));
+    EXPECT_EQ(array.size(), 0) << "of that type";
+    array.setTypeForVal(value::number(1));
+    EXPECT_EQ(array.size(), 5);
+}
+
+TEST(CustomArray, NamesItsPartsByTypeAndIndex) {
+    const std::pair<const char*, const char*> rows[] = {{"[1,2]", "p.int[0]=1 p.int[1]=2 "},
+                                                        {"[1.5]", "p.double[0]=1.5 "},
+                                                        {"[true,false]", "p.bool[0]=1 p.bool[1]=0 "},
+                                                        {"[\"a\"]", "p.str[0]=a "},
+                                                        {"[{\"Color\":\"red\"}]", "p.obj[0].Color=red "},
+                                                        {"[]", ""}};
+    for (const auto& [text, expected] : rows) {
+        auto json = value::parse(text);
+        DynamicSchemaArrayWithCustomProps array(json);
+        const auto multipart = std::make_shared<MultipartFormData>();
+        array.toMultipart(multipart, "p");
+        std::string parts;
+        for (const auto& part : multipart->getContents()) {
+            parts += part->getName() + "=" + bytesOf(*part->getData()) + " ";
+        }
+        EXPECT_EQ(parts, expected);
+        array.fromMultiPart(multipart, "p");
+        EXPECT_EQ(textOf(array), json.serialize()) << "nothing is read back";
+    }
+    auto json = value::parse(R"([{"a":1}])");
+    DynamicSchemaArrayWithCustomProps objects(json);
+    objects.setObj(0, DynamicSchemaClassWithCustomProps());
+    objects.getObj(0).setCustomProp("b", 2);
+    EXPECT_EQ(textOf(objects), R"([{"b":2}])");
+    json = value::parse("[true]");
+    DynamicSchemaArrayWithCustomProps bools(json);
+    bools.setBool(0, false);
+    EXPECT_EQ(bools.getBool(0), 0);
+    json = value::parse("[\"a\"]");
+    DynamicSchemaArrayWithCustomProps texts(json);
+    texts.setStr(0, "b");
+    EXPECT_EQ(texts.getStr(0), "b");
+    json = value::parse("[1.5]");
+    DynamicSchemaArrayWithCustomProps doubles(json);
+    doubles.setDouble(0, 2.5);
+    EXPECT_EQ(doubles.getDouble(0), 2.5);
+}
+
+} // namespace
+} // namespace forms_test

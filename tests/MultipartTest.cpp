@@ -1,0 +1,125 @@
+#include "support/ServiceTest.h"
+
+#include <regex>
+#include <sstream>
+
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::model;
+
+std::string written(IHttpBody& body) {
+    std::ostringstream stream;
+    body.writeTo(stream);
+    return stream.str();
+}
+
+std::shared_ptr<HttpContent> part(const std::string& name, const std::string& fileName, const std::string& type,
+                                  const std::string& data) {
+    const auto content = ModelBase::toHttpContent(name, std::string(), type);
+    content->setFileName(fileName);
+    content->setData(std::make_shared<std::istringstream>(data));
+    return content;
+}
+
+TEST(Multipart, WritesItsPartsInTheOrderOfAdding) {
+    MultipartFormData multipart("B");
+    EXPECT_EQ(written(multipart), "\r\n--B--\r\n");
+    multipart.add(part("a", "", "", "x"));
+    EXPECT_EQ(written(multipart), "--B\r\nContent-Disposition: form-data; name=\"a\"\r\n\r\nx\r\n--B--\r\n");
+
+    const std::string binary("\0\r\n--B\r\n\xFF", 9);
+    multipart.add(part("", "", "", ""));
+    multipart.add(part("ü\"", "ä.pdf", "application/pdf", binary));
+    const std::string expected = "--B\r\nContent-Disposition: form-data; name=\"a\"\r\n\r\nx"
+                                 "\r\n--B\r\nContent-Disposition: form-data\r\n\r\n"
+                                 "\r\n--B\r\nContent-Disposition: form-data; name=\"ü\"\"; filename=\"ä.pdf\"\r\n"
+                                 "Content-Type: application/pdf\r\n\r\n" +
+                                 binary + "\r\n--B--\r\n";
+    EXPECT_EQ(written(multipart), expected);
+    EXPECT_EQ(written(multipart), expected) << "a second time, from streams at their ends";
+    EXPECT_EQ(multipart.size(), expected.size());
+}
+
+TEST(Multipart, FindsPartsByName) {
+    MultipartFormData multipart;
+    const auto first = part("a", "", "", "1");
+    const auto second = part("a", "", "", "2");
+    multipart.add(first);
+    multipart.add(second);
+    EXPECT_EQ(multipart.getContent("a"), second);
+    EXPECT_EQ(multipart.getContents(), (std::vector<std::shared_ptr<HttpContent>>{first, second}));
+    EXPECT_TRUE(multipart.hasContent("a"));
+    EXPECT_FALSE(multipart.hasContent("A"));
+    EXPECT_EQ(multipart.getContent("A"), nullptr);
+    messageOf<std::invalid_argument>([&] { multipart.add(nullptr); });
+}
+
+TEST(Multipart, MakesAFreshBoundary) {
+    const std::regex uuid("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
+    const std::string one = MultipartFormData().getBoundary();
+    EXPECT_TRUE(std::regex_match(one, uuid)) << one;
+    EXPECT_NE(one, MultipartFormData().getBoundary());
+    EXPECT_EQ(MultipartFormData("own").getBoundary(), "own");
+}
+
+TEST(Multipart, RefusesPartsThatItCantWrite) {
+    const auto refusal = [](const std::shared_ptr<HttpContent>& content) {
+        MultipartFormData multipart("B");
+        multipart.add(part("fine", "", "", ""));
+        multipart.add(content);
+        std::ostringstream stream;
+        const std::string message = messageOf<std::invalid_argument>([&] { multipart.writeTo(stream); });
+        EXPECT_EQ(stream.str(), "");
+        return message;
+    };
+    const auto bare = std::make_shared<HttpContent>();
+    bare->setName("bare");
+    EXPECT_EQ(refusal(bare), "the content \"bare\" has no data stream");
+    EXPECT_EQ(refusal(part("a\r\nX: 1", "", "", "")), "the name of the part \"a\r\nX: 1\" holds CR, LF or NUL");
+    EXPECT_EQ(refusal(part("a", "b\nc", "", "")), "the file name of the part \"a\" holds CR, LF or NUL");
+    EXPECT_EQ(refusal(part("a", "", std::string("t\0", 2), "")),
+              "the content type of the part \"a\" holds CR, LF or NUL");
+    const auto disposed = part("a", "", "", "");
+    disposed->setContentDisposition("form-data\r");
+    EXPECT_EQ(refusal(disposed), "the disposition of the part \"a\" holds CR, LF or NUL");
+}
+
+TEST(HttpContentTest, StartsEmptyAndSharesItsStream) {
+    HttpContent content;
+    EXPECT_EQ(content.getName() + content.getFileName() + content.getContentType() + content.getContentDisposition(),
+              "");
+    EXPECT_EQ(content.getData(), nullptr);
+    std::ostringstream stream;
+    messageOf<std::invalid_argument>([&] { content.writeTo(stream); });
+    content.setData(std::make_shared<std::istringstream>("data"));
+    const HttpContent copy = content;
+    EXPECT_EQ(copy.getData(), content.getData());
+    EXPECT_EQ(bytesOf(*copy.getData()), "data");
+    content.writeTo(stream);
+    content.writeTo(stream);
+    EXPECT_EQ(stream.str(), "datadata");
+    content.setData(std::make_shared<std::istringstream>(""));
+    content.writeTo(stream);
+    EXPECT_TRUE(stream.good()) << "writing nothing is no failure";
+}
+
+TEST(Bodies, WriteTheirBytes) {
+    std::string bytes("\0\r\n\xFF", 4);
+    BinaryBody binary(bytes.data(), 4);
+    bytes = "gone";
+    EXPECT_EQ(written(binary), std::string("\0\r\n\xFF", 4));
+    BinaryBody empty(nullptr, 0);
+    EXPECT_EQ(written(empty), "");
+    messageOf<std::invalid_argument>([] { BinaryBody(nullptr, 1); });
+    messageOf<std::invalid_argument>([] { BinaryBody("", -1); });
+    static_assert(!std::is_copy_constructible_v<BinaryBody> && !std::is_copy_assignable_v<BinaryBody>);
+
+    auto json = web::json::value::parse(R"({"b": "ü€𝄞", "a": [1, 2.5, null]})");
+    JsonBody body(json);
+    json = web::json::value();
+    EXPECT_EQ(written(body), R"({"a":[1,2.5,null],"b":"ü€𝄞"})");
+}
+
+} // namespace
+} // namespace forms_test

@@ -1,0 +1,25 @@
+#include <VarnelAPI/Forms.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+/// A process that ends while its calls are in flight: by the return of main, or by std::exit for the second argument
+/// "exit". The third is how many milliseconds it waits before that.
+int main(int, char** arguments) {
+    namespace api = VarnelAPI::Forms::api;
+    const auto configuration = std::make_shared<api::ApiConfiguration>();
+    configuration->setBaseUrl(arguments[1]);
+    const auto client = std::make_shared<api::ApiClient>(configuration);
+    static pplx::task<void> kept;
+    for (int i = 0; i < 10; ++i) {
+        api::BaseClassApi(client).select_DynamicSchemaBaseClass("L");
+        api::FileApi(client).fILEGET_DynamicSchemaFile_instanceId("L", "i");
+        kept = api::FileApi(client).delete_DynamicSchemaFile_instanceId("L", "i");
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(arguments[3])));
+    if (arguments[2] == std::string("exit")) {
+        std::exit(0);
+    }
+}

@@ -1,0 +1,277 @@
+#include "RecordingServer.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <strings.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <sstream>
+#include <system_error>
+
+namespace forms_test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+int checked(int result, const char* what) {
+    if (result < 0) {
+        throw std::system_error(errno, std::generic_category(), what);
+    }
+    return result;
+}
+
+} // namespace
+
+std::string Request::header(const std::string& name) const {
+    std::string joined;
+    for (const auto& [key, value] : headers) {
+        if (strcasecmp(key.c_str(), name.c_str()) == 0) {
+            joined += (joined.empty() ? "" : "|") + value;
+        }
+    }
+    return joined;
+}
+
+bool Request::has(const std::string& name) const {
+    return std::any_of(headers.begin(), headers.end(),
+                       [&](const auto& header) { return strcasecmp(header.first.c_str(), name.c_str()) == 0; });
+}
+
+Reply Reply::of(int status, const std::string& reason, const std::string& headers, const std::string& body) {
+    return raw("HTTP/1.1 " + std::to_string(status) + " " + reason + "\r\n" + headers +
+               "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+}
+
+Reply Reply::json(const std::string& body, int status, const std::string& reason) {
+    return of(status, reason, "Content-Type: application/json\r\n", body);
+}
+
+Reply Reply::chunked(const std::vector<std::string>& chunks) {
+    std::ostringstream bytes;
+    bytes << "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n" << std::hex;
+    for (const auto& chunk : chunks) {
+        bytes << chunk.size() << "\r\n" << chunk << "\r\n";
+    }
+    bytes << "0\r\n\r\n";
+    return raw(bytes.str());
+}
+
+Reply Reply::redirect(int status, const std::string& location) {
+    return of(status, "Elsewhere", "Location: " + location + "\r\n", "");
+}
+
+Reply Reply::then(std::chrono::milliseconds pause, const std::string& bytes, std::size_t times) const {
+    Reply longer = *this;
+    longer.pieces.push_back({bytes, pause, times});
+    return longer;
+}
+
+Reply Reply::endingWith(Ending how) const {
+    Reply other = *this;
+    other.ending = how;
+    return other;
+}
+
+RecordingServer::RecordingServer(std::string basePath) : m_BasePath(std::move(basePath)) {
+    m_Stop = checked(eventfd(0, EFD_CLOEXEC), "eventfd");
+    m_Listener = checked(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket");
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof(address);
+    checked(bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size), "bind");
+    checked(listen(m_Listener, 512), "listen");
+    checked(getsockname(m_Listener, reinterpret_cast<sockaddr*>(&address), &size), "getsockname");
+    m_Port = ntohs(address.sin_port);
+    m_Acceptor = std::thread([this] { acceptConnections(); });
+}
+
+RecordingServer::~RecordingServer() {
+    eventfd_write(m_Stop, 1);
+    m_Acceptor.join();
+    for (auto& connection : m_Connections) {
+        connection.join();
+    }
+    close(m_Listener);
+    close(m_Stop);
+}
+
+void RecordingServer::reply(Reply reply) {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    m_Replies.push_back(std::move(reply));
+}
+
+void RecordingServer::replyAlways(Reply reply) {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    m_Always = {std::move(reply)};
+}
+
+std::vector<Request> RecordingServer::requests() const {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    return m_Requests;
+}
+
+Request RecordingServer::takeRequest() {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    const std::size_t count = m_Requests.size() - m_Taken;
+    m_Taken = m_Requests.size();
+    if (count != 1) {
+        m_Errors.push_back(std::to_string(count) + " requests where one was expected");
+        return {};
+    }
+    return m_Requests.back();
+}
+
+bool RecordingServer::waitForRequests(std::size_t count) const {
+    std::unique_lock<std::mutex> lock(m_Mutex);
+    return m_Arrived.wait_for(lock, patience, [&] { return m_Requests.size() >= count; });
+}
+
+bool RecordingServer::waitForReplies(std::size_t count) const {
+    std::unique_lock<std::mutex> lock(m_Mutex);
+    return m_Arrived.wait_for(lock, patience, [&] { return m_Replied >= count; });
+}
+
+std::vector<std::string> RecordingServer::takeErrors() {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    return std::exchange(m_Errors, {});
+}
+
+void RecordingServer::error(const std::string& text) {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    m_Errors.push_back(text);
+}
+
+/// Waits for the descriptor; false if the time is over or the server stops.
+bool RecordingServer::waitFor(int descriptor, short events, std::chrono::milliseconds limit) const {
+    pollfd polled[] = {{m_Stop, POLLIN, 0}, {descriptor, events, 0}};
+    const int ready = poll(polled, descriptor < 0 ? 1 : 2, static_cast<int>(limit.count()));
+    return ready > 0 && polled[0].revents == 0;
+}
+
+void RecordingServer::acceptConnections() {
+    while (waitFor(m_Listener, POLLIN, 24h)) {
+        const int connection = accept4(m_Listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (connection >= 0) {
+            m_Connections.emplace_back([this, connection] { serve(connection); });
+        }
+    }
+}
+
+void RecordingServer::serve(int connection) {
+    std::string buffer;
+    Request request;
+    bool open = true;
+    while (open && readRequest(connection, buffer, request)) {
+        const Reply reply = replyTo(request);
+        open = send(connection, reply) && reply.ending == Reply::Ending::KeepOpen;
+        if (reply.ending == Reply::Ending::Reset) {
+            const linger hard{1, 0};
+            setsockopt(connection, SOL_SOCKET, SO_LINGER, &hard, sizeof(hard));
+        }
+    }
+    close(connection);
+}
+
+bool RecordingServer::readRequest(int connection, std::string& buffer, Request& request) {
+    const auto readMore = [&] {
+        char block[16384];
+        if (!waitFor(connection, POLLIN, patience)) {
+            return false;
+        }
+        const ssize_t size = recv(connection, block, sizeof(block), 0);
+        buffer.append(block, size > 0 ? static_cast<std::size_t>(size) : 0);
+        return size > 0;
+    };
+    std::size_t end = 0;
+    while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
+        if (!readMore()) {
+            if (!buffer.empty()) {
+                error("a request broke off: " + buffer);
+            }
+            return false;
+        }
+    }
+    request = {};
+    std::istringstream head(buffer.substr(0, end + 2));
+    buffer.erase(0, end + 4);
+    std::string line;
+    std::getline(head, line);
+    std::istringstream(line) >> request.method >> request.target;
+    while (std::getline(head, line)) {
+        const std::size_t colon = line.find(':');
+        if (colon == std::string::npos || line.back() != '\r') {
+            error("a header line that is none: " + line);
+            return false;
+        }
+        const std::size_t value = std::min(line.find_first_not_of(' ', colon + 1), line.size() - 1);
+        request.headers.emplace_back(line.substr(0, colon), line.substr(value, line.size() - 1 - value));
+    }
+    if (request.has("Transfer-Encoding")) {
+        error("a request of unknown length");
+        return false;
+    }
+    const std::string length = request.header("Content-Length");
+    const std::size_t size = length.empty() ? 0 : std::stoul(length);
+    while (buffer.size() < size) {
+        if (!readMore()) {
+            error("a request's body broke off");
+            return false;
+        }
+    }
+    request.body = buffer.substr(0, size);
+    buffer.erase(0, size);
+    return true;
+}
+
+Reply RecordingServer::replyTo(const Request& request) {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    m_Requests.push_back(request);
+    m_Arrived.notify_all();
+    const bool mounted = request.target.rfind(m_BasePath + "/", 0) == 0;
+    if (mounted && !m_Replies.empty()) {
+        Reply next = std::move(m_Replies.front());
+        m_Replies.pop_front();
+        return next;
+    }
+    if (mounted && !m_Always.empty()) {
+        return m_Always.front();
+    }
+    const std::string problem = mounted ? "no reply was scripted for " : "the base path is missing in ";
+    m_Errors.push_back(problem + request.method + " " + request.target);
+    return Reply::of(599, "Test Failure", "Content-Type: text/plain\r\n", m_Errors.back());
+}
+
+/// Whether the client was still there to the end.
+bool RecordingServer::send(int connection, const Reply& reply) {
+    for (const auto& piece : reply.pieces) {
+        for (std::size_t i = 0; i < piece.times; ++i) {
+            if (piece.pauseBefore > 0ms) {
+                waitFor(-1, 0, piece.pauseBefore);
+            }
+            std::size_t sent = 0;
+            while (sent < piece.bytes.size()) {
+                if (!waitFor(connection, POLLOUT, patience)) {
+                    return false;
+                }
+                const ssize_t size =
+                    ::send(connection, piece.bytes.data() + sent, piece.bytes.size() - sent, MSG_NOSIGNAL);
+                if (size < 0) {
+                    return false;
+                }
+                sent += static_cast<std::size_t>(size);
+            }
+        }
+    }
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    ++m_Replied;
+    m_Arrived.notify_all();
+    return true;
+}
+
+} // namespace forms_test

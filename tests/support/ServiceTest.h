@@ -1,0 +1,68 @@
+#pragma once
+
+#include <VarnelAPI/Forms.h>
+
+#include "RecordingServer.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace forms_test {
+
+namespace api = VarnelAPI::Forms::api;
+namespace model = VarnelAPI::Forms::model;
+
+/// A recording server, and a client that is configured for it.
+class ServiceTest : public ::testing::Test {
+protected:
+    ServiceTest() {
+        configuration->setBaseUrl(server.url());
+        configuration->setUserAgent("forms-test/1");
+        configuration->getDefaultHeaders()["Authorization"] = "Bearer t";
+        configuration->getHttpConfig().set_timeout(RecordingServer::patience);
+    }
+    void TearDown() override {
+        for (const auto& error : server.takeErrors()) {
+            ADD_FAILURE() << "the server saw: " << error;
+        }
+    }
+
+    RecordingServer server;
+    std::shared_ptr<api::ApiConfiguration> configuration = std::make_shared<api::ApiConfiguration>();
+    std::shared_ptr<api::ApiClient> client = std::make_shared<api::ApiClient>(configuration);
+};
+
+inline std::string bytesOf(std::istream& stream) {
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The text of the exception of exactly this type that `act` throws; a failure if it throws none or another.
+template <class Exception, class Act>
+std::string messageOf(Act act) {
+    try {
+        act();
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const std::exception& error) {
+        EXPECT_EQ(typeid(error), typeid(Exception)) << error.what();
+        return error.what();
+    }
+    return {};
+}
+
+/// The code, message and content of the ApiException that `act` throws, as "404 message|content".
+template <class Act>
+std::string apiErrorOf(Act act) {
+    try {
+        act();
+        return "nothing was thrown";
+    } catch (api::ApiException& error) {
+        EXPECT_TRUE(error.getHeaders().empty());
+        const auto content = error.getContent();
+        return std::to_string(error.error_code().value()) + " " + error.what() + "|" +
+               (content ? bytesOf(*content) : "no content");
+    }
+}
+
+} // namespace forms_test
