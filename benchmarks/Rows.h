@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+using Operation = std::function<void()>;
+
+/// One comparison: what the library does, and the reference next to it. Each side first makes its data, which both
+/// share where they are big, and then is the operation that is measured.
+struct Row {
+    std::string name;
+    std::function<Operation()> ours;
+    std::function<Operation()> reference;
+    /// Whether to record the peak of the memory that one operation holds, beside the times.
+    bool hasPeak = false;
+};
+
+std::vector<Row> modelRows();
+std::vector<Row> callRows();
+
+/// The reference of more than one row: the JSON library reads the text of the list of issues.
+Operation parsing();
+
+/// Registers what has no reference beside it: late bodies, and growth over many calls.
+void registerLongRows();
+
+} // namespace bench

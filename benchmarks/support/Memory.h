@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace bench {
+
+/// The most bytes that `operation` holds at once, in all threads, beyond what was there before. Counted are the blocks
+/// of operator new, with the sizes that the allocator gives them, in the whole process.
+int64_t peakOf(const std::function<void()>& operation);
+
+/// The bytes of such blocks that were allocated and not freed, from the first call of this function on.
+int64_t liveBytes();
+
+} // namespace bench

@@ -1,0 +1,136 @@
+#include "support/Fuzz.h"
+
+#include <cpprest/http_client.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
+#include <mutex>
+#include <thread>
+
+using namespace VarnelAPI::Forms;
+using forms_fuzz::require;
+
+namespace {
+
+/// Answers every request, on a free port of 127.0.0.1, with the same bytes, and ends the connection.
+class Server {
+public:
+    Server() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof(address);
+        auto* plain = reinterpret_cast<sockaddr*>(&address);
+        require(m_Listener >= 0 && bind(m_Listener, plain, size) == 0 && listen(m_Listener, 16) == 0 &&
+                    getsockname(m_Listener, plain, &size) == 0,
+                "the server listens");
+        m_Port = ntohs(address.sin_port);
+        m_Thread = std::thread([this] { serve(); });
+    }
+    ~Server() {
+        shutdown(m_Listener, SHUT_RDWR);
+        m_Thread.join();
+        close(m_Listener);
+    }
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    std::string url() const { return "http://127.0.0.1:" + std::to_string(m_Port) + "/base"; }
+    void answerWith(std::string bytes) {
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Answer = std::move(bytes);
+    }
+
+private:
+    void serve() {
+        for (int connection = accept(m_Listener, nullptr, nullptr); connection >= 0;
+             connection = accept(m_Listener, nullptr, nullptr)) {
+            answer(connection);
+            close(connection);
+        }
+    }
+    void answer(int connection) {
+        // Only requests without a body are made, so this is the whole of one.
+        std::string request;
+        while (request.find("\r\n\r\n") == std::string::npos) {
+            char block[4096];
+            pollfd polled{connection, POLLIN, 0};
+            const ssize_t size = poll(&polled, 1, 5000) == 1 ? recv(connection, block, sizeof(block), 0) : 0;
+            if (size <= 0) {
+                return;
+            }
+            request.append(block, static_cast<std::size_t>(size));
+        }
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        // The bytes of an input fit into the socket's buffer: this never blocks.
+        send(connection, m_Answer.data(), m_Answer.size(), MSG_NOSIGNAL);
+    }
+
+    int m_Listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int m_Port = 0;
+    std::mutex m_Mutex;
+    std::string m_Answer;
+    std::thread m_Thread;
+};
+
+/// Waits for the call, which must come to an end in time, with a value or one of the failures a caller is told about.
+template <class Result>
+Result resultOf(const pplx::task<Result>& task) {
+    const auto ended = std::make_shared<std::promise<void>>();
+    task.then([ended](const pplx::task<Result>&) { ended->set_value(); });
+    require(ended->get_future().wait_for(std::chrono::seconds(15)) == std::future_status::ready, "a call ends in time");
+    return task.get();
+}
+
+void call(char operation, const std::shared_ptr<api::ApiClient>& client) {
+    switch (operation) {
+    case 'd':
+        resultOf(api::CommentApi(client).delete_DynamicSchemaComment_instanceId("l", "i"));
+        break;
+    case 'f':
+        require(resultOf(api::AttachmentApi(client).fILEGET_DynamicSchemaAttachment_instanceId("l", "i")).getData() !=
+                    nullptr,
+                "a download has data");
+        break;
+    case 'c':
+        require(resultOf(api::CommentApi(client).count_DynamicSchemaComment("l")) != nullptr, "a count has a result");
+        break;
+    case 'i':
+        require(resultOf(api::BaseClassApi(client).get_DynamicSchemaBaseClass_instanceId("l", "i")) != nullptr,
+                "a get has a result");
+        break;
+    default:
+        require(resultOf(api::CommentApi(client).select_DynamicSchemaComment("l")) != nullptr, "a select has a result");
+    }
+}
+
+} // namespace
+
+/// A letter that says which operation is called, and the bytes that it gets for a response.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+    static Server server;
+    forms_fuzz::Input input(data, size);
+    const char operation = input.letter();
+    const std::string answer = input.rest();
+    server.answerWith(answer);
+
+    const auto configuration = std::make_shared<api::ApiConfiguration>();
+    configuration->setBaseUrl(server.url());
+    configuration->getHttpConfig().set_timeout(std::chrono::seconds(2));
+    // A redirect that names a host, which takes a "//", would leave this machine. Others come back to the server.
+    configuration->getHttpConfig().set_max_redirects(answer.find("//") == std::string::npos ? 10 : 0);
+    try {
+        call(operation, std::make_shared<api::ApiClient>(configuration));
+    } catch (const api::ApiException& error) {
+        require(error.error_code().value() >= 400 && error.getContent(), "a failed call tells its status and content");
+    } catch (const web::http::http_exception&) {
+    } catch (const web::json::json_exception&) {
+    }
+    return 0;
+}
