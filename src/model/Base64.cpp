@@ -3,7 +3,9 @@
 #include "Conversion.h"
 #include "Streams.h"
 
+#include <algorithm>
 #include <array>
+#include <istream>
 
 namespace VarnelAPI::Forms::model {
 
@@ -13,9 +15,9 @@ constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxy
 
 /// Two characters for every 12-bit number: three bytes take two look-ups.
 constexpr auto characterPairs = [] {
-    std::array<std::array<char, 2>, 4096> pairs{};
+    std::array<std::array<utility::char_t, 2>, 4096> pairs{};
     for (std::size_t i = 0; i < pairs.size(); ++i) {
-        pairs[i] = {alphabet[i >> 6U], alphabet[i & 63U]};
+        pairs[i] = {static_cast<utility::char_t>(alphabet[i >> 6U]), static_cast<utility::char_t>(alphabet[i & 63U])};
     }
     return pairs;
 }();
@@ -45,28 +47,57 @@ uint32_t bitsAt(std::size_t place, Char character) {
     return code < 256 ? characterBits[place][code] : invalid;
 }
 
-utility::string_t encode(const std::string& bytes) {
-    utility::string_t text((bytes.size() + 2) / 3 * 4, _XPLATSTR('='));
-    const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
-    auto* out = text.data();
-    const auto put = [&out](uint32_t number) {
-        *out++ = static_cast<utility::char_t>(characterPairs[number][0]);
-        *out++ = static_cast<utility::char_t>(characterPairs[number][1]);
-    };
-    std::size_t left = bytes.size();
-    for (; left >= 3; left -= 3, in += 3) {
-        const uint32_t group = static_cast<uint32_t>(in[0]) << 16U | static_cast<uint32_t>(in[1]) << 8U | in[2];
+/// Encodes block by block: the text is written once, and the bytes are never copied whole.
+class Encoder {
+public:
+    /// The bytes of a block: whole groups, that fit in a cache with their characters.
+    static constexpr std::size_t blockSize = 12288;
+
+    explicit Encoder(std::size_t size) { m_Text.reserve((size + 2) / 3 * 4); }
+
+    /// Only the last block may be smaller than `blockSize`.
+    void add(const unsigned char* in, std::size_t size) {
+        m_Out = m_Characters.data();
+        for (; size >= 3; size -= 3, in += 3) {
+            putGroup(static_cast<uint32_t>(in[0]) << 16U | static_cast<uint32_t>(in[1]) << 8U | in[2]);
+        }
+        if (size != 0) {
+            putGroup(static_cast<uint32_t>(in[0]) << 16U | (size == 2 ? in[1] * 256U : 0U));
+            std::fill_n(m_Out - (3 - size), 3 - size, _XPLATSTR('='));
+        }
+        m_Text.append(m_Characters.data(), m_Out);
+    }
+
+    utility::string_t take() { return std::move(m_Text); }
+
+private:
+    void putGroup(uint32_t group) {
         put(group >> 12U);
         put(group & 0xFFFU);
     }
-    if (left != 0) {
-        const uint32_t group = static_cast<uint32_t>(in[0]) << 16U | (left == 2 ? in[1] * 256U : 0U);
-        put(group >> 12U);
-        if (left == 2) {
-            *out = static_cast<utility::char_t>(characterPairs[group & 0xFFFU][0]);
+    void put(uint32_t number) { m_Out = std::copy_n(characterPairs[number].data(), 2, m_Out); }
+
+    utility::string_t m_Text;
+    std::array<utility::char_t, blockSize / 3 * 4> m_Characters{};
+    utility::char_t* m_Out = nullptr;
+};
+
+utility::string_t encode(std::istream& stream) {
+    Encoder encoder(detail::sizeOf(stream));
+    std::array<char, Encoder::blockSize> block{};
+    std::size_t filled = 0;
+    do {
+        // A stream may give less than it is asked for before its end.
+        std::streamsize more = 0;
+        filled = 0;
+        while (filled < block.size() &&
+               (more = stream.rdbuf()->sgetn(block.data() + filled,
+                                             static_cast<std::streamsize>(block.size() - filled))) > 0) {
+            filled += static_cast<std::size_t>(more);
         }
-    }
-    return text;
+        encoder.add(reinterpret_cast<const unsigned char*>(block.data()), filled);
+    } while (filled == block.size());
+    return encoder.take();
 }
 
 /// What is wrong with a last, incomplete or padded group, or with any group that holds a foreign character.
@@ -87,9 +118,11 @@ std::string decode(const utility::string_t& encoded) {
         ++padding;
     }
     const std::size_t wholeGroups = (size - (padding != 0 ? 4 : 0)) / 4;
-    std::string bytes(wholeGroups * 3 + (padding != 0 ? 3 - padding : 0), '\0');
+    std::string bytes;
+    bytes.reserve(wholeGroups * 3 + (padding != 0 ? 3 - padding : 0));
+    std::array<char, Encoder::blockSize> block{};
     const auto* in = encoded.data();
-    auto* out = bytes.data();
+    auto* out = block.data();
     for (std::size_t i = 0; i < wholeGroups; ++i, in += 4) {
         const uint32_t group = bitsAt(0, in[0]) | bitsAt(1, in[1]) | bitsAt(2, in[2]) | bitsAt(3, in[3]);
         if (group >= invalid) {
@@ -98,15 +131,20 @@ std::string decode(const utility::string_t& encoded) {
         *out++ = static_cast<char>(group >> 16U);
         *out++ = static_cast<char>(group >> 8U);
         *out++ = static_cast<char>(group);
+        if (out == block.data() + block.size()) {
+            bytes.append(block.data(), out);
+            out = block.data();
+        }
     }
+    bytes.append(block.data(), out);
     if (padding != 0) {
         const uint32_t group = bitsAt(0, in[0]) | bitsAt(1, in[1]) | (padding == 1 ? bitsAt(2, in[2]) : 0U);
         if (group >= invalid) {
             refuse(encoded, wholeGroups * 4);
         }
-        *out++ = static_cast<char>(group >> 16U);
+        bytes.push_back(static_cast<char>(group >> 16U));
         if (padding == 1) {
-            *out = static_cast<char>(group >> 8U);
+            bytes.push_back(static_cast<char>(group >> 8U));
         }
     } else if (size % 4 != 0) {
         refuse(encoded, wholeGroups * 4);
@@ -117,11 +155,11 @@ std::string decode(const utility::string_t& encoded) {
 } // namespace
 
 utility::string_t ModelBase::toBase64(utility::string_t value) {
-    return encode(utility::conversions::to_utf8string(std::move(value)));
+    return encode(*detail::streamOf(utility::conversions::to_utf8string(std::move(value))));
 }
 
 utility::string_t ModelBase::toBase64(std::shared_ptr<std::istream> value) {
-    return encode(detail::readAll(*detail::required(value, "the stream to encode")));
+    return encode(*detail::required(value, "the stream to encode"));
 }
 
 std::shared_ptr<std::istream> ModelBase::fromBase64(const utility::string_t& encoded) {
