@@ -73,7 +73,10 @@ private:
         const web::uri target = m_Visited.back().resolve_uri(location);
         const bool leavesTls = m_Visited.back().scheme() == _XPLATSTR("https") && target.scheme() == _XPLATSTR("http");
         const bool isHttp = target.scheme() == _XPLATSTR("http") || target.scheme() == _XPLATSTR("https");
-        const bool isLoop = std::find(m_Visited.begin(), m_Visited.end(), target) != m_Visited.end();
+        // As texts: to compare URIs decodes them, which throws for a "%" that encodes nothing.
+        const bool isLoop = std::any_of(m_Visited.begin(), m_Visited.end(), [&target](const web::uri& visited) {
+            return visited.to_string() == target.to_string();
+        });
         return !isHttp || isLoop || (leavesTls && !m_Settings.https_to_http_redirects()) ? web::uri() : target;
     }
 
