@@ -31,16 +31,25 @@ public:
     /// The same, for one key after the other of an object: `cursor` begins at 0. The members of a parsed object are
     /// sorted, so that the two lists run side by side; a key out of order, or repeated, is found too, by search.
     std::size_t placeOf(Key key, std::size_t& cursor) const {
-        if (cursor != m_Sorted.size() && m_Sorted[cursor].key == key) {
-            return m_Sorted[cursor++].place;
+        const std::size_t begin = cursor;
+        while (cursor != m_Sorted.size()) {
+            const int order = m_Sorted[cursor].key.compare(key);
+            if (order == 0) {
+                return m_Sorted[cursor++].place;
+            }
+            if (order > 0) {
+                break;
+            }
+            ++cursor;
         }
-        if (cursor != 0 && key <= m_Sorted[cursor - 1].key) {
-            cursor = 0;
+        // Past smaller keys only: what was passed before may still be it, unless something was passed just now.
+        if (cursor == begin && cursor != 0 && key <= m_Sorted[cursor - 1].key) {
+            const auto found = std::lower_bound(m_Sorted.begin(), m_Sorted.end(), key,
+                                                [](const Entry& entry, Key wanted) { return entry.key < wanted; });
+            cursor = static_cast<std::size_t>(found - m_Sorted.begin());
+            return found->key == key ? m_Sorted[cursor++].place : npos;
         }
-        const auto found = std::lower_bound(m_Sorted.begin() + static_cast<std::ptrdiff_t>(cursor), m_Sorted.end(), key,
-                                            [](const Entry& entry, Key wanted) { return entry.key < wanted; });
-        cursor = static_cast<std::size_t>(found - m_Sorted.begin());
-        return found != m_Sorted.end() && found->key == key ? m_Sorted[cursor++].place : npos;
+        return npos;
     }
 
 private:
