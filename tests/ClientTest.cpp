@@ -189,6 +189,10 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
         EXPECT_EQ(refused({}, "GET", "t"), "the header \"User-Agent\" holds CR, LF or NUL");
         configuration->setUserAgent("fine");
     }
+    for (const std::string method : {"", "GET /other", "GET\t"}) {
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { call("/p", method); }),
+                  ("the method \"" + method + "\" is not one word").c_str());
+    }
     messageOf<std::invalid_argument>([&] { call("//evil.example/p", "GET"); });
     messageOf<std::invalid_argument>([&] { call("http://evil.example/p", "GET"); });
     messageOf<web::uri_exception>([&] { call("/a b", "GET"); });
@@ -287,6 +291,20 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
         EXPECT_EQ(request.body, "bytes");
     }
     EXPECT_EQ(other.requests().at(0).header("Host"), other.origin().substr(7));
+    EXPECT_TRUE(other.takeErrors().empty());
+}
+
+TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
+    RecordingServer other;
+    configuration->getHttpConfig().set_credentials(web::credentials("user", "secret"));
+    server.reply(Reply::redirect(302, server.url() + "/same"));
+    server.reply(Reply::redirect(302, other.url() + "/other"));
+    other.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "GET").get();
+    for (const Request& request : {server.requests().at(0), server.requests().at(1)}) {
+        EXPECT_EQ(request.header("Authorization"), "Basic dXNlcjpzZWNyZXQ=");
+    }
+    EXPECT_FALSE(other.requests().at(0).has("Authorization"));
     EXPECT_TRUE(other.takeErrors().empty());
 }
 

@@ -134,7 +134,7 @@ TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
     const std::string path = "/base/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema/";
     const std::string options = "?$filter=a%0D%0A%00%26b%3D%FF";
     for (const std::string& id :
-         std::vector<std::string>{"//b", "a//b", "/", "%20%3F%C3%BC", std::string(100000, 'a')}) {
+         std::vector<std::string>{"//b", "a//b", "/", "%20%3F%C3%BC", "100%", "%zz", std::string(100000, 'a')}) {
         server.reply(Reply::json("{}"));
         schemas.get_SchemasSchema_instanceId("L", id).get();
         EXPECT_EQ(server.takeRequest().target, path + id + "/") << "part of the path, whatever it looks like";

@@ -40,25 +40,29 @@ public:
 
 } // namespace
 
-pplx::task<http_response> exchange(web::http::client::http_client& client, http_request request) {
+pplx::task<http_response> exchange(web::http::client::http_client& client, http_request request,
+                                   OnResponse onResponse) {
     ResponseBody body;
     request.set_response_stream(body.create_ostream());
     // Made before the request is sent: a transfer that fails at once closes the buffer, which then gives no stream.
     const auto content = body.create_istream();
     return client.request(request, pplx::cancellation_token::none())
-        .then([body, content](const http_response& response) {
+        .then([content, onResponse = std::move(onResponse)](const http_response& response) {
             response._get_impl()->set_instream(content);
-            // The library closes only a stream of its own: without an end, who reads the stream would wait for ever.
-            response.content_ready().then([body](const pplx::task<http_response>& ready) mutable {
-                try {
-                    ready.get();
-                } catch (...) {
-                    // It is for those who wait for the content.
-                }
-                body.close(std::ios_base::out);
-            });
-            return response;
+            return onResponse(response);
         });
+}
+
+void endBody(const http_response& response) {
+    // The library closes only a stream of its own: without an end, who reads the stream would wait for ever.
+    response.content_ready().then([response](const pplx::task<http_response>& ready) {
+        try {
+            ready.get();
+        } catch (...) {
+            // It is for those who wait for the content.
+        }
+        response._get_impl()->outstream().close();
+    });
 }
 
 void discardBody(const http_response& response) {

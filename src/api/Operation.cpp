@@ -6,15 +6,20 @@
 #include <VarnelAPI/Forms/model/JsonBody.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
 
-#include "Exchange.h"
+#include "Redirects.h"
+#include "Request.h"
 #include "ResponseText.h"
 #include "model/Conversion.h"
+#include "model/MediaTypes.h"
 #include "model/Streams.h"
 
 #include <cpprest/http_client.h>
 
 namespace VarnelAPI::Forms::api::detail {
 
+using model::detail::binaryType;
+using model::detail::jsonType;
+using model::detail::multipartType;
 using utility::conversions::to_string_t;
 using utility::conversions::to_utf8string;
 using web::http::header_names;
@@ -24,9 +29,6 @@ using web::http::status_codes;
 namespace {
 
 const utility::char_t repositories[] = _XPLATSTR("/sv1.2/Repositories/Varnel.Forms--");
-const utility::char_t jsonType[] = _XPLATSTR("application/json");
-const utility::char_t multipartType[] = _XPLATSTR("multipart/form-data");
-const utility::char_t contentDownloadType[] = _XPLATSTR("application/octet-stream");
 
 /// A dot segment is resolved, and so lost, by servers and proxies, to whom "%2e" is a dot too.
 bool hasDotSegment(const utility::string_t& path) {
@@ -190,8 +192,8 @@ Operation& Operation::produces(const std::set<utility::string_t>& types) {
         m_Answer.accept = jsonType;
     } else if (types.count(multipartType) != 0) {
         m_Answer.accept = multipartType;
-    } else if (types.count(contentDownloadType) != 0) {
-        m_Answer.accept = contentDownloadType;
+    } else if (types.count(binaryType) != 0) {
+        m_Answer.accept = binaryType;
     } else {
         throw ApiException(status_codes::BadRequest,
                            to_string_t(m_Name) + _XPLATSTR(" does not produce any supported media type"), nullptr);
@@ -232,16 +234,17 @@ Operation& Operation::body(std::shared_ptr<model::IHttpBody> body, const utility
 }
 
 void Operation::send(bool wantsBody, std::function<void(const Ready&)> finish) {
-    m_Client->callApi(m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType)
-        .then([answer = m_Answer, wantsBody](const http_response& response) {
-            *answer.arrived = response;
-            if (wantsBody || !answer.isExpected()) {
-                return response.content_ready();
-            }
-            discardBody(response);
-            return pplx::task_from_result(response);
-        })
-        .then(std::move(finish));
+    const auto configuration = m_Client->getConfiguration();
+    const auto request =
+        makeRequest(configuration, m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType);
+    detail::send(*configuration, request, [answer = m_Answer, wantsBody](const http_response& response) {
+        *answer.arrived = response;
+        if (wantsBody || !answer.isExpected()) {
+            return response.content_ready();
+        }
+        discardBody(response);
+        return pplx::task_from_result(response);
+    }).then(std::move(finish));
 }
 
 void Operation::read(std::shared_ptr<model::detail::Model> result, std::function<void(std::exception_ptr)> settle) {

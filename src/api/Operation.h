@@ -3,6 +3,8 @@
 #include <VarnelAPI/Forms/detail/Model.h>
 #include <VarnelAPI/Forms/detail/ResourceApi.h>
 
+#include "model/MediaTypes.h"
+
 #include <cpprest/http_msg.h>
 
 #include <functional>
@@ -178,7 +180,7 @@ public:
     pplx::task<model::HttpContent> download(const Client& client, const char* name, const utility::string_t& location,
                                             const utility::string_t& instanceId) const {
         return onInstance(client, name, web::http::methods::GET, location, instanceId, _XPLATSTR("$file"))
-            .produces({_XPLATSTR("application/octet-stream")})
+            .produces({model::detail::binaryType})
             .yieldContent();
     }
 

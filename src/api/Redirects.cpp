@@ -1,7 +1,5 @@
 #include "Redirects.h"
 
-#include "Exchange.h"
-
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -32,19 +30,17 @@ bool sameOrigin(const web::uri& a, const web::uri& b) {
 /// a request and takes its body away.
 class Redirecting {
 public:
-    /// `settings` follow no redirects themselves; `request` is not sent yet.
-    Redirecting(const http_client_config& settings, std::size_t limit, const http_request& request)
+    /// `settings` follow no redirects themselves; `request` is not sent yet, and goes to `target`.
+    Redirecting(const http_client_config& settings, std::size_t limit, const http_request& request,
+                const web::uri& target, OnResponse onResponse)
         : m_Settings(settings), m_Limit(limit), m_Method(request.method()), m_Headers(request.headers()),
-          m_Body(request.body()) {}
+          m_Body(request.body()), m_Visited{target}, m_OnResponse(std::move(onResponse)) {}
 
-    /// To be called once, with where the request was sent to.
-    void begin(const web::uri& target) { m_Visited.push_back(target); }
-
-    /// The response itself, or the task of what it redirects to.
-    pplx::task<http_response> follow(const http_response& response) {
+    /// What becomes of the response itself, or of the one that it redirects to.
+    pplx::task<http_response> operator()(const http_response& response) {
         const web::uri target = targetOf(response);
         if (target.is_empty()) {
-            return pplx::task_from_result(response);
+            return m_OnResponse(response);
         }
         if (!sameOrigin(m_Visited.back(), target)) {
             // Once another host was involved, nothing private comes back: not even a redirect to the first one.
@@ -54,8 +50,8 @@ public:
         m_Visited.push_back(target);
         discardBody(response);
         http_client client(target, m_Settings);
-        return exchange(client, nextRequest(response.status_code()))
-            .then([self = *this](const http_response& next) mutable { return self.follow(next); });
+        const http_request next = nextRequest(response.status_code());
+        return exchange(client, next, *this);
     }
 
 private:
@@ -120,25 +116,23 @@ private:
     web::http::http_headers m_Headers;
     concurrency::streams::istream m_Body;
     std::vector<web::uri> m_Visited;
+    OnResponse m_OnResponse;
     bool m_Private = true;
 };
 
 } // namespace
 
-pplx::task<http_response> send(const web::uri& baseUri, const http_client_config& settings,
-                               const http_request& request) {
-    http_client_config ours = settings;
-    ours.set_max_redirects(0);
-    http_client client(baseUri, ours);
-    if (settings.max_redirects() == 0) {
-        return exchange(client, request);
+pplx::task<http_response> send(const ApiConfiguration& configuration, const http_request& request,
+                               OnResponse onResponse) {
+    http_client_config settings = configuration.getHttpConfig();
+    const std::size_t limit = settings.max_redirects();
+    settings.set_max_redirects(0);
+    http_client client(configuration.getBaseUrl(), settings);
+    if (limit != 0) {
+        const web::uri target = web::uri_builder(client.base_uri()).append(request.request_uri()).to_uri();
+        onResponse = Redirecting(settings, limit, request, target, std::move(onResponse));
     }
-    Redirecting redirecting(ours, settings.max_redirects(), request);
-    auto response = exchange(client, request);
-    redirecting.begin(request.absolute_uri());
-    return response.then([redirecting = std::move(redirecting)](const http_response& first) mutable {
-        return redirecting.follow(first);
-    });
+    return exchange(client, request, std::move(onResponse));
 }
 
 } // namespace VarnelAPI::Forms::api::detail

@@ -4,12 +4,11 @@
 
 #include "Conversion.h"
 #include "KeyIndex.h"
+#include "MediaTypes.h"
 
 namespace VarnelAPI::Forms::model::detail {
 
 namespace {
-
-const utility::char_t jsonType[] = _XPLATSTR("application/json");
 
 using Fields = std::vector<std::pair<utility::string_t, web::json::value>>;
 

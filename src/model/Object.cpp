@@ -1,6 +1,7 @@
 #include <VarnelAPI/Forms/model/Object.h>
 
 #include "Conversion.h"
+#include "MediaTypes.h"
 
 namespace VarnelAPI::Forms::model {
 
@@ -27,7 +28,7 @@ void Object::fromJson(web::json::value& json) {
 
 void Object::toMultipart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) const {
     detail::required(multipart, "the multipart body")
-        ->add(toHttpContent(partName(namePrefix), toJson(), _XPLATSTR("application/json")));
+        ->add(toHttpContent(partName(namePrefix), toJson(), detail::jsonType));
 }
 
 void Object::fromMultiPart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) {

@@ -48,8 +48,9 @@ public:
     /// @throws ApiException 400, at once, for a body together with form or file parameters, and for file parameters
     ///     with another content type than "multipart/form-data".
     /// @throws std::invalid_argument, at once, if there is no configuration; if the path, the method, or the name or
-    ///     value of a header, holds CR, LF or NUL; if a header is Content-Length or Transfer-Encoding, which follow
-    ///     from the body; if a file parameter is an empty pointer or has no data; or if `path` names a host.
+    ///     value of a header, holds CR, LF or NUL; if the method is not one word; if a header is Content-Length or
+    ///     Transfer-Encoding, which follow from the body; if a file parameter is an empty pointer or has no data; or if
+    ///     `path` names a host.
     /// @throws web::uri_exception and std::invalid_argument of the HTTP library, at once, for an unusable base URL or
     ///     path.
     pplx::task<web::http::http_response>
