@@ -54,15 +54,18 @@ pplx::task<http_response> exchange(web::http::client::http_client& client, http_
 }
 
 void endBody(const http_response& response) {
-    // The library closes only a stream of its own: without an end, who reads the stream would wait for ever.
-    response.content_ready().then([response](const pplx::task<http_response>& ready) {
-        try {
-            ready.get();
-        } catch (...) {
-            // It is for those who wait for the content.
-        }
-        response._get_impl()->outstream().close();
-    });
+    // The library closes only a stream of its own: without an end, who reads the stream would wait for ever. Not by
+    // `content_ready`, whose continuation holds the response that holds it, and so leaks if the process ends first.
+    const auto impl = response._get_impl();
+    pplx::create_task(impl->_get_data_available())
+        .then([body = impl->outstream()](const pplx::task<utility::size64_t>& ready) {
+            try {
+                ready.get();
+            } catch (...) {
+                // It is for those who wait for the content.
+            }
+            body.close();
+        });
 }
 
 void discardBody(const http_response& response) {

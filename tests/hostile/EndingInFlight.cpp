@@ -1,20 +1,16 @@
 #include <VarnelAPI/Forms.h>
 
+#include "support/LeakCheck.h"
+
 #include <chrono>
 #include <cstdlib>
 #include <string>
 #include <thread>
 
-#ifdef __SANITIZE_ADDRESS__
-/// What is in flight is left to the operating system when the process ends: that is no leak.
-extern "C" int __lsan_is_turned_off() { // NOLINT(bugprone-reserved-identifier): the sanitizer's hook
-    return 1;
-}
-#endif
-
 /// A process that ends while its calls are in flight: by the return of main, or by std::exit for the second argument
 /// "exit". The third is how many milliseconds it waits before that.
 int main(int, char** arguments) {
+    forms_test::turnLeakCheckOff();
     namespace api = VarnelAPI::Forms::api;
     const auto configuration = std::make_shared<api::ApiConfiguration>();
     configuration->setBaseUrl(arguments[1]);

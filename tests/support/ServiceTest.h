@@ -2,6 +2,7 @@
 
 #include <VarnelAPI/Forms.h>
 
+#include "LeakCheck.h"
 #include "RecordingServer.h"
 
 #include <gtest/gtest.h>
