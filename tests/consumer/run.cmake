@@ -8,9 +8,20 @@ if(LIBRARY_BUILD)
     file(REMOVE_RECURSE ${SCRATCH})
     run(${CMAKE_COMMAND} --install ${LIBRARY_BUILD} --prefix ${SCRATCH}/installed)
     set(library -DCMAKE_PREFIX_PATH=${SCRATCH}/installed)
+    file(GLOB installed ${SCRATCH}/installed/lib*/libVarnelForms.so ${SCRATCH}/installed/lib*/*/libVarnelForms.so)
+    execute_process(COMMAND nm -DC --defined-only ${installed} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND readelf -d ${installed} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX REPLACE "[^\n]*VarnelAPI::Forms::[^\n]*\n" "" foreign "${symbols}")
+    if(foreign OR NOT symbols MATCHES "VarnelAPI::Forms::api::ApiClient::callApi")
+        message(FATAL_ERROR "the library exports what is not its own, or not what is:\n${foreign}")
+    endif()
+    if(NOT dynamic MATCHES "SONAME[^\n]*\\[libVarnelForms\\.so\\.[0-9]+\\]")
+        message(FATAL_ERROR "the library's SONAME does not end in its major version:\n${dynamic}")
+    endif()
 else()
-    # Quick to compile; and it is kept, so that a second run compiles only what changed.
-    set(library -DVARNEL_FORMS_SOURCE=${LIBRARY_SOURCE} -DCMAKE_UNITY_BUILD_BATCH_SIZE=64)
+    # Static, as the installed one is not. Quick to compile; and it is kept, so that a second run compiles only what
+    # changed.
+    set(library -DVARNEL_FORMS_SOURCE=${LIBRARY_SOURCE} -DBUILD_SHARED_LIBS=OFF -DCMAKE_UNITY_BUILD_BATCH_SIZE=64)
 endif()
 run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${SCRATCH}/build -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${COMPILER}
     ${library})
