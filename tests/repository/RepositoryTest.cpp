@@ -422,6 +422,15 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
     const std::string instance = "S/C/" + m_client.insertId("S/C") + "/";
     const std::string deep =
         R"({"instance":{"properties":{"p":)" + std::string(100000, '[') + std::string(100000, ']') + "}}}";
+    const auto nested = [](std::size_t levels) {
+        return R"({"instance":{"properties":{"p":)" + std::string(levels - 3, '[') + std::string(levels - 3, ']') +
+               "}}}";
+    };
+    EXPECT_EQ(m_client.send("POST", "S/C", nested(100)).status, 201);
+    const Answer head = m_client.send("HEAD", "S/C");
+    EXPECT_EQ(head.status, 200);
+    EXPECT_EQ(head.header("Content-Length"), std::to_string(m_client.send("GET", "S/C").body.size()));
+    EXPECT_EQ(m_client.send("GET", "S/C?x=" + std::string(10000, 'x')).status, 414);
     struct Case {
         std::string method, path, body;
         int status;
@@ -432,6 +441,7 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
                            {"POST", "S/C", "{\"instance\":{\"properties\":{\"a\":\"\xFF\"}}}", 400, "not JSON"},
                            {"POST", "S/C", R"({"instance":{"properties":{"a":1e400}}})", 400, "not JSON"},
                            {"POST", "S/C", deep, 400, "nested"},
+                           {"POST", "S/C", nested(101), 400, "nested"},
                            {"POST", "S/C", "[]", 400, "envelope"},
                            {"POST", "S/C", "{}", 400, "envelope"},
                            {"POST", "S/C", R"({"instance":{"properties":[]}})", 400, "properties"},
@@ -585,12 +595,13 @@ TEST_F(RepositoryTest, ConcurrentChangesAreEachMadeOnce) {
     EXPECT_EQ(ids.size(), static_cast<std::size_t>(threadCount * rounds + refused));
 }
 
-/// The executable, with its standard output and error as files.
+/// A program, with its standard output and error as files.
 class Process {
 public:
-    Process(const TemporaryFolder& folder, const std::vector<std::string>& arguments)
+    Process(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
+            const char* program = VARNEL_FORMS_REPOSITORY_EXECUTABLE)
         : m_out(folder.file("out")), m_error(folder.file("error")) {
-        std::vector<char*> argv{const_cast<char*>(VARNEL_FORMS_REPOSITORY_EXECUTABLE)};
+        std::vector<char*> argv{const_cast<char*>(program)};
         for (const std::string& argument : arguments) {
             argv.push_back(const_cast<char*>(argument.c_str()));
         }
@@ -609,6 +620,7 @@ public:
         waitpid(m_pid, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
+    std::string output() const { return read(m_out); }
     std::string error() const { return read(m_error); }
     /// The first line of standard output, once it is there.
     std::string firstLine() const {
@@ -647,6 +659,15 @@ TEST(RepositoryExecutableTest, ServesUntilASignal) {
         process.signal(number);
         EXPECT_EQ(process.exitCode(), 0);
     }
+}
+
+TEST(RepositoryExecutableTest, PassesTheTourOfTheClientLibrary) {
+    const TemporaryFolder folder;
+    ServerOptions options;
+    options.database = folder.file("db");
+    const Server server(options);
+    const Process tour(folder, {server.url()}, VARNEL_FORMS_TOUR);
+    EXPECT_EQ(tour.exitCode(), 0) << tour.output() << tour.error();
 }
 
 TEST(RepositoryExecutableTest, FailsWithAReason) {

@@ -152,8 +152,9 @@ Content parseContent(const std::string& body) {
     }
     Json envelope;
     try {
-        envelope = Json::parse(body, [](int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
-            if (depth > maxNesting) {
+        envelope = Json::parse(body, [](int depth, Json::parse_event_t event, Json& /*value*/) {
+            const bool opens = event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start;
+            if (opens && depth >= maxNesting) { // It counts those around.
                 throw ServiceError(400, "The body is nested more than " + std::to_string(maxNesting) + " deep");
             }
             return true;
