@@ -171,6 +171,14 @@ Operation serializing() {
     return [tree] { benchmark::DoNotOptimize(tree->serialize()); };
 }
 
+Operation copyingTree() {
+    auto tree = std::make_shared<value>(value::parse(issueListText()));
+    return [tree] {
+        const value copy = *tree;
+        benchmark::DoNotOptimize(copy);
+    };
+}
+
 Operation encoding() {
     auto stream = std::make_shared<std::istringstream>(randomBytes(base64Size));
     return [stream] { benchmark::DoNotOptimize(ModelBase::toBase64(stream)); };
@@ -209,6 +217,7 @@ std::vector<Row> modelRows() {
         {"to-json-custom", [] { return writing(customIssuesText(1, 10010)); },
          [] { return writing(customIssuesText(286, 35)); }},
         {"json-body", writingBody, serializing},
+        {"json-body-memory", writingBody, copyingTree, true},
         {"base64-encode", encoding, encodingByHttpLibrary},
         {"base64-decode", decoding, decodingByHttpLibrary},
     };
