@@ -13,6 +13,8 @@ TEST(Configuration, StartsEmptyAndKeepsWhatItIsGiven) {
     ApiConfiguration configuration;
     EXPECT_EQ(configuration.getBaseUrl() + configuration.getUserAgent() + configuration.getApiKey("any"), "");
     EXPECT_TRUE(configuration.getDefaultHeaders().empty());
+    EXPECT_EQ(configuration.getHttpConfig().timeout(), std::chrono::seconds(30));
+    EXPECT_EQ(configuration.getHttpConfig().max_redirects(), 10U);
     configuration.setApiKey("a", "1");
     configuration.setApiKey("a", "2");
     EXPECT_EQ(configuration.getApiKey("a"), "2");
@@ -193,6 +195,14 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { call("/p", method); }),
                   ("the method \"" + method + "\" is not one word").c_str());
     }
+    for (const std::string name : {"", "X Y", "X\tY", "X: Y"}) {
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] {
+                      call("/p", "GET", none, nullptr, {{name, "1"}});
+                  }),
+                  "the name of the header \"" + name + "\" is not one word");
+    }
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { call("/p#f", "GET"); }),
+              "the path \"/p#f\" has a fragment; percent-encode \"#\"");
     messageOf<std::invalid_argument>([&] { call("//evil.example/p", "GET"); });
     messageOf<std::invalid_argument>([&] { call("http://evil.example/p", "GET"); });
     messageOf<web::uri_exception>([&] { call("/a b", "GET"); });
@@ -202,10 +212,15 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
     messageOf<std::invalid_argument>([&] { sendFile(nullptr); });
     messageOf<std::invalid_argument>([&] { sendFile(std::make_shared<HttpContent>()); });
     EXPECT_TRUE(server.requests().empty());
+    struct Unwritten final : IHttpBody {
+        void writeTo(std::ostream&) override { throw std::logic_error("the body was written"); }
+    };
+    messageOf<std::logic_error>([&] { call("/p", "POST", none, std::make_shared<Unwritten>()); });
     for (const std::string url : {"", "no url", "ftp://127.0.0.1"}) {
         configuration->setBaseUrl(url);
         EXPECT_THROW(call("/p", "GET"), std::exception) << url;
     }
+    messageOf<std::invalid_argument>([&] { call("/a b", "POST", none, std::make_shared<Unwritten>()); });
     client->setConfiguration(nullptr);
     messageOf<std::invalid_argument>([&] { call("/p", "GET"); });
 }
@@ -219,6 +234,69 @@ TEST_F(ClientTest, NeedsTheBodyOnlyDuringTheCall) {
     client = std::make_shared<ApiClient>(nullptr);
     configuration->setBaseUrl("");
     EXPECT_EQ(task.get().status_code(), 200);
+}
+
+/// A file whose reading fails somewhere, opened when it is asked for.
+class FailingFile final : public HttpContent {
+public:
+    explicit FailingFile(std::size_t good) : m_Good(good) {}
+    std::shared_ptr<std::istream> getData() const override {
+        struct Buffer final : std::streambuf {
+            explicit Buffer(std::size_t size) : bytes(size, 'x') { setg(bytes.data(), bytes.data(), &bytes[size]); }
+            int_type underflow() override { throw std::runtime_error("the disk is gone"); }
+            std::string bytes;
+        };
+        struct Stream final : std::istream {
+            explicit Stream(std::size_t size) : std::istream(nullptr), buffer(size) { rdbuf(&buffer); }
+            Buffer buffer;
+        };
+        return std::make_shared<Stream>(m_Good);
+    }
+    utility::string_t getFileName() const override { return "own.txt"; }
+
+private:
+    std::size_t m_Good;
+};
+
+TEST_F(ClientTest, SendsWhatAFileYieldsAndTheRestOfTheBody) {
+    constexpr std::size_t block = 16384;
+    for (const std::size_t good : {std::size_t{0}, 2 * block}) {
+        const Request request = requestOf("/p", "POST", Texts(), nullptr, Texts(), Texts{{"after", "rest"}},
+                                          Files{{"f", std::make_shared<FailingFile>(good)},
+                                                {"g", ModelBase::toHttpContent("g", std::string(block, 'y'))}},
+                                          "multipart/form-data");
+        EXPECT_EQ(request.body, "--B\r\nContent-Disposition: form-data; name=\"after\"\r\n\r\nrest\r\n--B\r\n"
+                                "Content-Disposition: ; name=\"f\"; filename=\"own.txt\"\r\n\r\n" +
+                                    std::string(good, 'x') +
+                                    "\r\n--B\r\nContent-Disposition: form-data; name=\"g\"\r\n\r\n" +
+                                    std::string(block, 'y') + "\r\n--B--\r\n");
+    }
+}
+
+TEST_F(ClientTest, ReadsTheBodyInAllItsWays) {
+    const auto readToEnd = [this] {
+        concurrency::streams::container_buffer<std::string> target;
+        call("/p", "GET").get().body().read_to_end(target).get();
+        return target.collection();
+    };
+    const std::string block(100000, 'x');
+    server.reply(Reply::of(200, "OK", "", block));
+    EXPECT_EQ(readToEnd(), block);
+    server.reply(Reply::chunked({"[1,", "2]"}));
+    EXPECT_EQ(call("/p", "GET").get().extract_json().get().serialize(), "[1,2]");
+    // One that broke off must not look like one that has ended.
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 200000\r\n\r\n").then({}, block));
+    messageOf<web::http::http_exception>([&] { readToEnd(); });
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 200000\r\n\r\n").then({}, block));
+    messageOf<web::http::http_exception>([&] { call("/p", "GET").get().extract_vector().get(); });
+}
+
+TEST_F(ClientTest, OpensAConnectionForEachCallAndClosesIt) {
+    for (std::size_t calls = 1; calls <= 3; ++calls) {
+        server.reply(Reply::of(200, "OK", "", "x").endingWith(Reply::Ending::KeepOpen));
+        EXPECT_EQ(call("/p", "GET").get().extract_string(true).get(), "x");
+        EXPECT_EQ(server.connections(), calls);
+    }
 }
 
 TEST_F(ClientTest, LeavesEveryStatusToTheCaller) {
@@ -292,6 +370,14 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
     }
     EXPECT_EQ(other.requests().at(0).header("Host"), other.origin().substr(7));
     EXPECT_TRUE(other.takeErrors().empty());
+    // Another name is another host, on the same port too.
+    const std::string port = server.origin().substr(server.origin().rfind(':'));
+    server.reply(Reply::redirect(307, "http://localhost" + port + "/base/x"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "GET", {}, nullptr, privates).get();
+    const Request named = server.requests().back();
+    EXPECT_EQ(named.header("Host"), "localhost" + port);
+    EXPECT_FALSE(named.has("Authorization") || named.has("X-Private") || named.has("Cookie"));
 }
 
 TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
@@ -307,6 +393,21 @@ TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
         EXPECT_EQ(request.header("Authorization"), "Basic dXNlcjpzZWNyZXQ=");
     }
     EXPECT_FALSE(other.requests().at(0).has("Authorization"));
+
+    web::http::client::http_client_config settings;
+    int sockets = 0;
+    settings.set_nativehandle_options([&sockets](web::http::client::native_handle) { ++sockets; });
+    web::http::oauth2::experimental::oauth2_config oauth("id", "key", "http://a/", "http://t/", "http://r/");
+    oauth.set_token(web::http::oauth2::experimental::oauth2_token("token"));
+    settings.set_oauth2(oauth);
+    configuration->setHttpConfig(settings);
+    server.reply(Reply::redirect(302, other.url() + "/other"));
+    other.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "GET").get();
+    EXPECT_EQ(server.requests().back().header("Authorization"), "Bearer token");
+    EXPECT_FALSE(other.requests().back().has("Authorization"));
+    EXPECT_EQ(other.requests().back().target, "/base/other");
+    EXPECT_EQ(sockets, 2) << "the other settings hold for the other host too";
     EXPECT_TRUE(other.takeErrors().empty());
 }
 
@@ -323,6 +424,8 @@ TEST_F(ClientTest, StopsRedirectsAtTheLimitAndInLoops) {
     EXPECT_EQ(statusAfter(2, 3, "/base/1", "/base/2", "/base/3"), 302);
     EXPECT_EQ(statusAfter(10, 2, "/base/1", "/base/0"), 302);
     EXPECT_EQ(statusAfter(10, 1, "/base/0"), 302);
+    EXPECT_EQ(statusAfter(10, 2, "/base/1#a", "/base/0#b"), 302);
+    EXPECT_EQ(server.requests().back().target, "/base/1") << "a fragment is not sent";
     EXPECT_EQ(statusAfter(10, 1, "ftp://127.0.0.1/x"), 302);
     EXPECT_EQ(statusAfter(10, 1, ""), 302);
     server.reply(Reply::of(302, "Found", "", ""));

@@ -45,6 +45,7 @@ TEST(ToJson, WritesEachTypeAsItsJsonText) {
         {ModelBase::toJson(std::numeric_limits<int32_t>::min()), "-2147483648"},
         {ModelBase::toJson(std::numeric_limits<int64_t>::max()), "9223372036854775807"},
         {ModelBase::toJson(2.5), "2.5"},
+        {ModelBase::toJson(0.1), "0.10000000000000001"},
         {ModelBase::toJson(true), "true"},
         {ModelBase::toJson(date("2024-02-29T12:34:56.1234567Z")), R"("2024-02-29T12:34:56.1234567Z")"},
         {ModelBase::toJson(date("2024-02-29T12:00:00+02:00")), R"("2024-02-29T10:00:00Z")"},
@@ -63,7 +64,7 @@ TEST(ToJson, WritesEachTypeAsItsJsonText) {
 TEST(ToJson, WritesAFileWithItsDataInBase64) {
     const auto file = std::make_shared<HttpContent>();
     EXPECT_EQ(messageOf<std::invalid_argument>([] { ModelBase::toJson(std::shared_ptr<HttpContent>()); }),
-              "the content of a multipart part is an empty pointer");
+              "the content is an empty pointer");
     messageOf<std::invalid_argument>([&] { ModelBase::toJson(file); });
     file->setContentDisposition("form-data");
     file->setContentType("image/png");
@@ -92,7 +93,12 @@ TEST(FromJson, ReadsEachType) {
     EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-2.9"), -2);
     EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "1e-3"), 0.001);
     EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "3"), 3.0);
+    for (const double number : {0.1, 1e-300, 1.7976931348623157e308, 4.9e-324}) {
+        EXPECT_EQ(fromJson(ModelBase::doubleFromJson, ModelBase::toJson(number).serialize()), number);
+    }
     EXPECT_EQ(fromJson(ModelBase::floatFromJson, "0.1"), 0.1F);
+    EXPECT_EQ(messageOf<json_exception>([] { fromJson(ModelBase::floatFromJson, "-1e39"); }),
+              "the number is beyond the range of a float");
     EXPECT_TRUE(fromJson(ModelBase::boolFromJson, "true"));
     EXPECT_EQ(fromJson(ModelBase::dateFromJson, R"("2024-02-29T12:34:56.7Z")"), date("2024-02-29T12:34:56.7Z"));
     for (const auto* unreadable : {R"("")", R"("soon")", R"("2023-02-29T00:00:00Z")"}) {
@@ -170,8 +176,7 @@ TEST(FromHttpContent, NamesWhatIsMissing) {
     const auto empty = std::make_shared<HttpContent>();
     empty->setName("photo");
     const auto refuses = [&](auto convert) {
-        EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(nullptr); }),
-                  "the content of a multipart part is an empty pointer");
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(nullptr); }), "the content is an empty pointer");
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(empty); }),
                   "the content \"photo\" has no data stream");
     };
@@ -207,6 +212,17 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
         EXPECT_EQ(text, utility::conversions::to_base64(bytes)) << "unlike the HTTP library's";
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), all);
     }
+    // Around the sizes of the blocks that it works in.
+    std::string large;
+    for (std::size_t i = 0; i < 2 * 6144 + 1; ++i) {
+        large += static_cast<char>(i * 7 + i / 256);
+    }
+    for (const std::size_t size : {6143U, 6144U, 6145U, 8191U, 8192U, 8193U, 12288U, 12289U}) {
+        const std::string some = large.substr(0, size);
+        const std::string text = ModelBase::toBase64(stream(some));
+        EXPECT_EQ(text, utility::conversions::to_base64(std::vector<unsigned char>(some.begin(), some.end())));
+        EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), some) << size;
+    }
     messageOf<std::invalid_argument>([] { ModelBase::toBase64(std::shared_ptr<std::istream>()); });
 }
 
@@ -220,6 +236,8 @@ TEST(Base64, SaysWhatIsWrong) {
         {"Zm9v==", padding}, {"Zg=a", padding}};
     for (const auto& [text, message] : rows) {
         EXPECT_EQ(messageOf<json_exception>([text = text] { ModelBase::fromBase64(text); }), message) << text;
+        const std::string late = std::string(8192, 'A') + text;
+        EXPECT_EQ(messageOf<json_exception>([&] { ModelBase::fromBase64(late); }), message) << "in a later block";
     }
 }
 

@@ -26,17 +26,22 @@ int main() {
         {server.url(), Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n{").endingWith(Reply::Ending::Reset)},
         {server.url(), Reply{{}, Reply::Ending::Reset}},
         {server.url(), Reply::redirect(302, nobody + "/x")},
+        {server.url(), Reply::raw("").endingWith(Reply::Ending::KeepOpen)},
         {nobody, {}}};
     std::size_t calls = 0;
     for (const auto& [url, reply] : failures) {
         const auto configuration = std::make_shared<api::ApiConfiguration>();
         configuration->setBaseUrl(url);
+        configuration->getHttpConfig().set_timeout(500ms);
         const auto client = std::make_shared<api::ApiClient>(configuration);
         server.replyAlways(reply);
         keep(api::SchemaApi(client).select_SchemasSchema("L"));
         keep(api::SchemaApi(client).delete_SchemasSchema_instanceId("L", "i"));
         keep(api::RendererApi(client).fILEGET_PlexumRenderer_instanceId("L", "i"));
-        calls += url == nobody ? 0 : 3;
+        keep(client->callApi("/base/x", "GET", {}, nullptr, {}, {}, {}, ""));
+        using Result = std::shared_ptr<model::SchemasSchemaInstances>;
+        keep(api::SchemaApi(client).select_SchemasSchema("L").then([](const Result&) {}));
+        calls += url == nobody ? 0 : 5;
         if (!server.waitForRequests(calls)) {
             std::cerr << "the calls did not arrive\n";
             return 1;

@@ -201,6 +201,12 @@ TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
     writes(R"({"E":"text"})");
     own.setCustomProp("E", true);
     writes(R"({"E":true})");
+    own.setCustomProp("E", 0);
+    EXPECT_EQ(own.toJson().at("E").serialize(), "0") << "no null pointer";
+    own.setCustomProp("E", std::numeric_limits<uint64_t>::max());
+    EXPECT_EQ(own.toJson().at("E").serialize(), "18446744073709551615");
+    own.setCustomProp("E", -2.5F);
+    EXPECT_EQ(own.toJson().at("E").serialize(), "-2.5");
     own.setCustomProp("E", value::parse("[1,{}]"));
     writes(R"({"E":[1,{}]})");
     own.setStatus("open");

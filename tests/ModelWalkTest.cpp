@@ -1,6 +1,8 @@
 #include "support/ServiceTest.h"
 #include "support/Sources.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <map>
 
@@ -432,6 +434,21 @@ TEST(ModelWalk, AccessesEachPropertyByItself) {
             EXPECT_FALSE(row.isSet(*model));
             EXPECT_EQ(row.returnsReference,
                       its.getters == references || (its.getters == copiesButLists && row.kind == Row::array));
+        }
+    }
+}
+
+/// The fuzz target of the models starts from each entity with all its keys.
+TEST(ModelWalk, SeedsTheFuzzTarget) {
+    for (const auto& [name, its] : allClasses()) {
+        if (name.find("Instance") == std::string::npos) {
+            const std::string seed = name + "\n" + fullText(its);
+            const std::string file = FORMS_TEST_SEEDS "/" + name;
+            if (std::getenv("FORMS_WRITE_SEEDS") != nullptr) {
+                std::ofstream(file) << seed;
+            }
+            EXPECT_EQ(textOfFile(file), seed)
+                << "FORMS_WRITE_SEEDS=1 scripts/test -R SeedsTheFuzzTarget writes it anew";
         }
     }
 }

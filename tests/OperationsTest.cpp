@@ -481,6 +481,8 @@ TEST_F(OperationsTest, SendOnlyTheOptionsThatAreSet) {
               path + "?$skip=0&$top=-1");
     EXPECT_EQ(targetOf([&] { return schemaApi.select_SchemasSchema("L", TextOption("a=b+c#d%e ü")); }),
               path + "?$filter=a%3Db%2Bc%23d%25e%20%C3%BC");
+    EXPECT_EQ(targetOf([&] { return schemaApi.select_SchemasSchema("L", TextOption("$'()*!,/:@?")); }),
+              path + "?$filter=$'()*!,/:@?");
     EXPECT_EQ(targetOf([&] { return schemaApi.get_SchemasSchema_instanceId("L", "i"); }, instance), path + "/i/");
     EXPECT_EQ(targetOf([&] { return WorkflowDefinitionApi(client).select_WorkflowDefinition("L"); }),
               repositories + "L/Workflow/WorkflowDefinition?definitionFormat=json");

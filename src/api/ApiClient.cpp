@@ -43,12 +43,21 @@ pplx::task<web::http::http_response>
 ApiClient::callApi(const utility::string_t& path, const utility::string_t& method, const Parameters& queryParams,
                    const std::shared_ptr<model::IHttpBody> postBody, const Parameters& headerParams,
                    const Parameters& formParams, const Files& fileParams, const utility::string_t& contentType) const {
-    const auto request = detail::makeRequest(m_Configuration, path, method, queryParams, postBody, headerParams,
-                                             formParams, fileParams, contentType);
-    return detail::send(*m_Configuration, request, [](const web::http::http_response& response) {
+    auto call = detail::makeCall(m_Configuration, path, method, queryParams, postBody, headerParams, formParams,
+                                 fileParams, contentType);
+    const auto task = detail::send(*m_Configuration, std::move(call), [](const web::http::http_response& response) {
         detail::endBody(response);
         return pplx::task_from_result(response);
     });
+    // The task library ends the process when nobody ever looks at a failure, and the caller may drop the task.
+    task.then([](const pplx::task<web::http::http_response>& finished) {
+        try {
+            finished.get();
+        } catch (...) {
+            // It is the caller's, who has the same task.
+        }
+    });
+    return task;
 }
 
 utility::string_t ApiClient::parameterToString(utility::string_t value) {

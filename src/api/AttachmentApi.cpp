@@ -72,12 +72,9 @@ detail::ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
     const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
     const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
-    const bool all = projInstID.empty();
-    return attachments
-        .belowIssue(m_ApiClient, __func__, web::http::methods::GET, projInstID,
-                    all ? utility::string_t() : formClassName, issueInstID)
-        .options({filter, select, orderby, filtersettings, skip, top})
-        .yieldModel<model::DynamicSchemaAttachmentInstances>();
+    return attachments.selectBelowIssue<model::DynamicSchemaAttachmentInstances>(
+        m_ApiClient, __func__, projInstID, formClassName, issueInstID,
+        {filter, select, orderby, filtersettings, skip, top});
 }
 
 detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance>

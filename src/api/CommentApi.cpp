@@ -46,12 +46,9 @@ detail::ModelTask<model::DynamicSchema_CommentInstances> CommentApi::select_Dyna
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
     const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
     const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
-    const bool all = projInstID.empty();
-    return comments
-        .belowIssue(m_ApiClient, __func__, web::http::methods::GET, projInstID,
-                    all ? utility::string_t() : formClassName, issueInstID)
-        .options({filter, select, orderby, filtersettings, skip, top})
-        .yieldModel<model::DynamicSchema_CommentInstances>();
+    return comments.selectBelowIssue<model::DynamicSchema_CommentInstances>(
+        m_ApiClient, __func__, projInstID, formClassName, issueInstID,
+        {filter, select, orderby, filtersettings, skip, top});
 }
 
 detail::ModelTask<model::DynamicSchema_CommentChangedInstance>

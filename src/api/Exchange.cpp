@@ -61,10 +61,10 @@ void endBody(const http_response& response) {
         .then([body = impl->outstream()](const pplx::task<utility::size64_t>& ready) {
             try {
                 ready.get();
+                body.close();
             } catch (...) {
-                // It is for those who wait for the content.
+                body.close(std::current_exception());
             }
-            body.close();
         });
 }
 

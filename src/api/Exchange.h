@@ -16,7 +16,8 @@ using OnResponse = std::function<pplx::task<web::http::http_response>(const web:
 pplx::task<web::http::http_response> exchange(web::http::client::http_client& client, web::http::http_request request,
                                               OnResponse onResponse);
 
-/// Lets the body of such a response end once it is whole, so that it can be read in all its ways.
+/// Lets the body of such a response end once it is whole, or fail if it broke off, so that it can be read in all its
+/// ways.
 void endBody(const web::http::http_response& response);
 
 /// Lets the body of such a response go: what is still to come of it is received, but not kept.

@@ -46,12 +46,9 @@ detail::ModelTask<model::DynamicSchema_ExternalFileInstances> ExternalFileApi::s
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
     const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
     const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
-    const bool all = projInstID.empty();
-    return externalFiles
-        .belowIssue(m_ApiClient, __func__, web::http::methods::GET, projInstID,
-                    all ? utility::string_t() : formClassName, issueInstID)
-        .options({filter, select, orderby, filtersettings, skip, top})
-        .yieldModel<model::DynamicSchema_ExternalFileInstances>();
+    return externalFiles.selectBelowIssue<model::DynamicSchema_ExternalFileInstances>(
+        m_ApiClient, __func__, projInstID, formClassName, issueInstID,
+        {filter, select, orderby, filtersettings, skip, top});
 }
 
 detail::ModelTask<model::DynamicSchema_ExternalFileChangedInstance> ExternalFileApi::update_DynamicSchemaExternalFile(

@@ -58,10 +58,12 @@ std::string takeBody(const http_response& response) {
     return bytes;
 }
 
-/// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none.
+/// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none. That of an
+/// encoded body is no longer its length once the library has decoded it.
 void requireLength(const http_response& response, std::size_t size) {
     utility::string_t length;
     if (!response.headers().has(header_names::transfer_encoding) &&
+        !response.headers().has(header_names::content_encoding) &&
         response.headers().match(header_names::content_length, length) && length != to_string_t(std::to_string(size))) {
         throw web::http::http_exception(_XPLATSTR("the response's body is not as long as its Content-Length: ") +
                                         length);
@@ -235,9 +237,8 @@ Operation& Operation::body(std::shared_ptr<model::IHttpBody> body, const utility
 
 void Operation::send(bool wantsBody, std::function<void(const Ready&)> finish) {
     const auto configuration = m_Client->getConfiguration();
-    const auto request =
-        makeRequest(configuration, m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType);
-    detail::send(*configuration, request, [answer = m_Answer, wantsBody](const http_response& response) {
+    auto call = makeCall(configuration, m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType);
+    detail::send(*configuration, std::move(call), [answer = m_Answer, wantsBody](const http_response& response) {
         *answer.arrived = response;
         if (wantsBody || !answer.isExpected()) {
             return response.content_ready();

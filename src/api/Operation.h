@@ -154,6 +154,16 @@ public:
                                 const SelectOptions& options) const {
         return onClass(client, name, web::http::methods::GET, location).options(options).yieldModel<Instances>();
     }
+    /// The records of one issue; all of the class if any of the three ids is empty.
+    template <class Instances>
+    ModelTask<Instances> selectBelowIssue(const Client& client, const char* name, const utility::string_t& location,
+                                          const utility::string_t& issueClass, const utility::string_t& issueId,
+                                          const SelectOptions& options) const {
+        return belowIssue(client, name, web::http::methods::GET, location,
+                          location.empty() ? utility::string_t() : issueClass, issueId)
+            .options(options)
+            .template yieldModel<Instances>();
+    }
     template <class Instance>
     ModelTask<Instance> get(const Client& client, const char* name, const utility::string_t& location,
                             const utility::string_t& instanceId, const TextOption& select) const {

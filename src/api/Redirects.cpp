@@ -26,6 +26,31 @@ bool sameOrigin(const web::uri& a, const web::uri& b) {
     return a.scheme() == b.scheme() && a.host() == b.host() && port(a) == port(b);
 }
 
+/// The settings without what authorizes their owner. That of OAuth can be set, but not taken away again.
+http_client_config withoutCredentials(const http_client_config& settings) {
+    http_client_config kept;
+    kept.set_proxy(settings.proxy());
+    kept.set_timeout(settings.timeout<std::chrono::microseconds>());
+    if (!settings.is_default_chunksize()) {
+        kept.set_chunksize(settings.chunksize());
+    }
+    kept.set_request_compressed_response(settings.request_compressed_response());
+    kept.set_max_redirects(settings.max_redirects());
+    kept.set_https_to_http_redirects(settings.https_to_http_redirects());
+    kept.set_nativehandle_options(
+        [settings](web::http::client::native_handle handle) { settings.invoke_nativehandle_options(handle); });
+    kept.set_nativesessionhandle_options(
+        [settings](web::http::client::native_handle handle) { settings._invoke_nativesessionhandle_options(handle); });
+#if defined(_WIN32)
+    kept.set_buffer_request(settings.buffer_request());
+#else
+    kept.set_ssl_context_callback(settings.get_ssl_context_callback());
+    kept.set_tlsext_sni_enabled(settings.is_tlsext_sni_enabled());
+#endif
+    kept.set_validate_certificates(settings.validate_certificates());
+    return kept;
+}
+
 /// One request and the redirects it has followed. It keeps the parts of the request: sending changes the headers of
 /// a request and takes its body away.
 class Redirecting {
@@ -45,7 +70,7 @@ public:
         if (!sameOrigin(m_Visited.back(), target)) {
             // Once another host was involved, nothing private comes back: not even a redirect to the first one.
             m_Private = false;
-            m_Settings.set_credentials(web::credentials());
+            m_Settings = withoutCredentials(m_Settings);
         }
         m_Visited.push_back(target);
         discardBody(response);
@@ -66,9 +91,11 @@ private:
             m_Visited.size() > m_Limit) {
             return {};
         }
-        const web::uri target = m_Visited.back().resolve_uri(location);
+        // The fragment is for who reads the response: it is never sent.
+        const web::uri target = web::uri_builder(m_Visited.back().resolve_uri(location)).set_fragment({}).to_uri();
         const bool leavesTls = m_Visited.back().scheme() == _XPLATSTR("https") && target.scheme() == _XPLATSTR("http");
-        const bool isHttp = target.scheme() == _XPLATSTR("http") || target.scheme() == _XPLATSTR("https");
+        const bool isHttp =
+            (target.scheme() == _XPLATSTR("http") || target.scheme() == _XPLATSTR("https")) && !target.host().empty();
         // As texts: to compare URIs decodes them, which throws for a "%" that encodes nothing.
         const bool isLoop = std::any_of(m_Visited.begin(), m_Visited.end(), [&target](const web::uri& visited) {
             return visited.to_string() == target.to_string();
@@ -122,17 +149,19 @@ private:
 
 } // namespace
 
-pplx::task<http_response> send(const ApiConfiguration& configuration, const http_request& request,
-                               OnResponse onResponse) {
+http_client makeClient(const ApiConfiguration& configuration) {
     http_client_config settings = configuration.getHttpConfig();
-    const std::size_t limit = settings.max_redirects();
     settings.set_max_redirects(0);
-    http_client client(configuration.getBaseUrl(), settings);
+    return {configuration.getBaseUrl(), settings};
+}
+
+pplx::task<http_response> send(const ApiConfiguration& configuration, Call call, OnResponse onResponse) {
+    const std::size_t limit = configuration.getHttpConfig().max_redirects();
     if (limit != 0) {
-        const web::uri target = web::uri_builder(client.base_uri()).append(request.request_uri()).to_uri();
-        onResponse = Redirecting(settings, limit, request, target, std::move(onResponse));
+        const web::uri target = web::uri_builder(call.client.base_uri()).append(call.request.request_uri()).to_uri();
+        onResponse = Redirecting(call.client.client_config(), limit, call.request, target, std::move(onResponse));
     }
-    return exchange(client, request, std::move(onResponse));
+    return exchange(call.client, call.request, std::move(onResponse));
 }
 
 } // namespace VarnelAPI::Forms::api::detail

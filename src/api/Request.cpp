@@ -16,6 +16,7 @@ using model::ModelBase;
 using model::MultipartFormData;
 using model::detail::jsonType;
 using model::detail::multipartType;
+using model::detail::refuseControlCharacters;
 using utility::conversions::to_utf8string;
 
 namespace {
@@ -35,18 +36,13 @@ void refuseConflicts(const std::shared_ptr<IHttpBody>& body, const Parameters& f
     }
 }
 
-/// A line break would let a value write header lines, or a whole request, of its own.
-void refuseControlCharacters(const utility::string_t& text, const std::string& what) {
-    static const utility::string_t refused(_XPLATSTR("\r\n\0"), 3);
-    if (text.find_first_of(refused) != utility::string_t::npos) {
-        throw std::invalid_argument(what + " holds CR, LF or NUL");
-    }
-}
-
 void refuseHeader(const utility::string_t& name, const utility::string_t& value) {
     const std::string header = "the header \"" + to_utf8string(name) + '"';
     refuseControlCharacters(name, "the name of " + header);
     refuseControlCharacters(value, header);
+    if (name.empty() || name.find_first_of(_XPLATSTR(" \t:")) != utility::string_t::npos) {
+        throw std::invalid_argument("the name of " + header + " is not one word");
+    }
 }
 
 /// More than one word would change the request line, and none would leave the server guessing.
@@ -75,6 +71,7 @@ std::string bytesOf(IHttpBody& body) {
     }
     model::detail::StringSink sink(bytes);
     std::ostream stream(&sink);
+    stream.exceptions(std::ios_base::badbit); // rather than to send what there was memory for
     body.writeTo(stream);
     return bytes;
 }
@@ -119,6 +116,9 @@ web::uri requestUri(const utility::string_t& path, const Parameters& query) {
         throw std::invalid_argument("the path \"" + to_utf8string(path) +
                                     "\" names a host; it must be relative to the base URL");
     }
+    if (!resource.fragment().empty()) {
+        throw std::invalid_argument("the path \"" + to_utf8string(path) + "\" has a fragment; percent-encode \"#\"");
+    }
     web::uri_builder builder(resource);
     for (const auto& [name, value] : query) {
         builder.append_query(name, value);
@@ -128,11 +128,10 @@ web::uri requestUri(const utility::string_t& path, const Parameters& query) {
 
 } // namespace
 
-web::http::http_request makeRequest(const std::shared_ptr<ApiConfiguration>& configuration,
-                                    const utility::string_t& path, const utility::string_t& method,
-                                    const Parameters& queryParams, const std::shared_ptr<IHttpBody>& postBody,
-                                    const Parameters& headerParams, const Parameters& formParams,
-                                    const Files& fileParams, const utility::string_t& contentType) {
+Call makeCall(const std::shared_ptr<ApiConfiguration>& configuration, const utility::string_t& path,
+              const utility::string_t& method, const Parameters& queryParams,
+              const std::shared_ptr<IHttpBody>& postBody, const Parameters& headerParams, const Parameters& formParams,
+              const Files& fileParams, const utility::string_t& contentType) {
     using web::http::header_names;
 
     refuseConflicts(postBody, formParams, fileParams, contentType);
@@ -141,7 +140,8 @@ web::http::http_request makeRequest(const std::shared_ptr<ApiConfiguration>& con
     refuseControlCharacters(path, "the path");
     refuseHeader(header_names::content_type, contentType);
 
-    web::http::http_request request;
+    Call call{makeClient(*configuration), {}};
+    web::http::http_request& request = call.request;
     for (const auto& [name, value] : headerParams) {
         refuseHeader(name, value);
         refuseFraming(name);
@@ -161,7 +161,7 @@ web::http::http_request makeRequest(const std::shared_ptr<ApiConfiguration>& con
         refuseHeader(header_names::user_agent, userAgent);
         request.headers().add(header_names::user_agent, userAgent);
     }
-    return request;
+    return call;
 }
 
 } // namespace VarnelAPI::Forms::api::detail

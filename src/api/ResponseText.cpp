@@ -2,6 +2,8 @@
 
 #include <cpprest/asyncrt_utils.h>
 
+#include <stdexcept>
+
 namespace VarnelAPI::Forms::api::detail {
 
 using utility::conversions::to_string_t;
@@ -27,9 +29,12 @@ utility::string_t charsetOf(const utility::string_t& contentType) {
 }
 
 utility::string_t decodeUtf16(const std::string& bytes, bool bigEndian) {
+    if (bytes.size() % 2 != 0) {
+        throw std::range_error("UTF-16 text of half a character");
+    }
     utf16string text;
     text.reserve(bytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    for (std::size_t i = 0; i < bytes.size(); i += 2) {
         const auto first = static_cast<unsigned char>(bytes[i]);
         const auto second = static_cast<unsigned char>(bytes[i + 1]);
         text.push_back(static_cast<utf16char>(bigEndian ? first << 8U | second : second << 8U | first));

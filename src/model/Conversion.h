@@ -25,6 +25,10 @@ std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& c
 /// The bytes of the content's data stream.
 std::string requiredBytes(const std::shared_ptr<HttpContent>& content);
 
+/// Refuses a text that, in a header or a request line, would write lines of its own.
+/// @throws std::invalid_argument that says that `what` holds CR, LF or NUL.
+void refuseControlCharacters(const utility::string_t& text, const std::string& what);
+
 /// The working prefix of part names: as given, ended by "." unless it is empty or ends in one.
 utility::string_t partPrefix(utility::string_t namePrefix);
 

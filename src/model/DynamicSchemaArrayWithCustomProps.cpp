@@ -117,7 +117,10 @@ void DynamicSchemaArrayWithCustomProps::toMultipart(std::shared_ptr<MultipartFor
     });
 }
 
-void DynamicSchemaArrayWithCustomProps::fromMultiPart(std::shared_ptr<MultipartFormData>, const utility::string_t&) {}
+void DynamicSchemaArrayWithCustomProps::fromMultiPart(std::shared_ptr<MultipartFormData> multipart,
+                                                      const utility::string_t&) {
+    detail::required(multipart, "the multipart body");
+}
 
 void DynamicSchemaArrayWithCustomProps::setTypeForArray(const web::json::value& arr) {
     setTypeForVal(arr.is_array() && arr.size() != 0 ? arr.as_array().at(0) : web::json::value::null());

@@ -17,7 +17,7 @@ using web::json::json_exception;
 namespace detail {
 
 std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& content) {
-    auto data = required(content, "the content of a multipart part")->getData();
+    auto data = required(content, "the content")->getData();
     if (!data) {
         throw std::invalid_argument("the content \"" + to_utf8string(content->getName()) + "\" has no data stream");
     }
@@ -26,6 +26,13 @@ std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& c
 
 std::string requiredBytes(const std::shared_ptr<HttpContent>& content) {
     return readAll(*requiredData(content));
+}
+
+void refuseControlCharacters(const utility::string_t& text, const std::string& what) {
+    static const utility::string_t refused(_XPLATSTR("\r\n\0"), 3);
+    if (text.find_first_of(refused) != utility::string_t::npos) {
+        throw std::invalid_argument(what + " holds CR, LF or NUL");
+    }
 }
 
 utility::string_t partPrefix(utility::string_t namePrefix) {
@@ -179,7 +186,11 @@ double ModelBase::doubleFromJson(web::json::value& val) {
 }
 
 float ModelBase::floatFromJson(web::json::value& val) {
-    return static_cast<float>(doubleFromJson(val));
+    const double number = doubleFromJson(val);
+    if (std::abs(number) > std::numeric_limits<float>::max()) {
+        throw json_exception("the number is beyond the range of a float");
+    }
+    return static_cast<float>(number);
 }
 
 bool ModelBase::boolFromJson(web::json::value& val) {
@@ -254,8 +265,14 @@ std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& n
 
 std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& name,
                                                       std::shared_ptr<HttpContent> value) {
-    auto content = std::make_shared<HttpContent>(*detail::required(value, "the file's content"));
+    // By its getters, which a class of the caller's own may have overridden.
+    detail::required(value, "the file's content");
+    auto content = std::make_shared<HttpContent>();
     content->setName(name);
+    content->setContentDisposition(value->getContentDisposition());
+    content->setFileName(value->getFileName());
+    content->setContentType(value->getContentType());
+    content->setData(value->getData());
     return content;
 }
 

@@ -26,12 +26,9 @@ utility::string_t randomBoundary() {
 
 /// One text of a part's header lines, as it goes out.
 std::string headerText(const HttpContent& part, const utility::string_t& text, const char* what) {
-    std::string bytes = to_utf8string(text);
-    if (bytes.find_first_of(std::string("\r\n\0", 3)) != std::string::npos) {
-        throw std::invalid_argument(std::string("the ") + what + " of the part \"" + to_utf8string(part.getName()) +
-                                    "\" holds CR, LF or NUL");
-    }
-    return bytes;
+    detail::refuseControlCharacters(text, std::string("the ") + what + " of the part \"" +
+                                              to_utf8string(part.getName()) + '"');
+    return to_utf8string(text);
 }
 
 std::string headerLines(const HttpContent& part) {

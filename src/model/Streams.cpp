@@ -1,5 +1,7 @@
 #include "Streams.h"
 
+#include <array>
+
 namespace VarnelAPI::Forms::model::detail {
 
 namespace {
@@ -61,16 +63,23 @@ std::string readAll(std::istream& stream) {
     bytes.reserve(sizeOf(stream));
     StringSink sink(bytes);
     std::ostream target(&sink);
+    target.exceptions(std::ios_base::badbit);
     copyAll(stream, target);
     return bytes;
 }
 
 void copyAll(std::istream& source, std::ostream& target) {
     rewind(source);
-    // An insertion of nothing would count as a failure.
-    if (source.rdbuf()->sgetc() != std::char_traits<char>::eof()) {
-        target << source.rdbuf();
-    }
+    std::array<char, 16384> block; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
+    std::streamsize size = 0;
+    do {
+        try {
+            size = source.rdbuf()->sgetn(block.data(), block.size());
+        } catch (...) {
+            size = 0; // A read error ends the data: what came before it counts.
+        }
+        target.write(block.data(), size);
+    } while (size == static_cast<std::streamsize>(block.size()));
 }
 
 StringSink::int_type StringSink::overflow(int_type character) {

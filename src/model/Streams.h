@@ -14,7 +14,7 @@ std::shared_ptr<std::istream> streamOf(std::string bytes);
 /// All bytes of a stream, from its start, whatever its state. A stream that can't seek is read from where it stands.
 std::string readAll(std::istream& stream);
 
-/// Copies all bytes of a stream, from its start, into `target` without a block in between.
+/// Copies all bytes of a stream, from its start to its end or to where it can't be read, into `target`.
 void copyAll(std::istream& source, std::ostream& target);
 
 /// The number of bytes in a stream, or 0 if it can't tell.

@@ -111,6 +111,11 @@ void RecordingServer::replyAlways(Reply reply) {
     m_Always = {std::move(reply)};
 }
 
+std::size_t RecordingServer::connections() const {
+    const std::lock_guard<std::mutex> lock(m_Mutex);
+    return m_Accepted;
+}
+
 std::vector<Request> RecordingServer::requests() const {
     const std::lock_guard<std::mutex> lock(m_Mutex);
     return m_Requests;
@@ -158,6 +163,10 @@ void RecordingServer::acceptConnections() {
     while (waitFor(m_Listener, POLLIN, 24h)) {
         const int connection = accept4(m_Listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
         if (connection >= 0) {
+            {
+                const std::lock_guard<std::mutex> lock(m_Mutex);
+                ++m_Accepted;
+            }
             m_Connections.emplace_back([this, connection] { serve(connection); });
         }
     }

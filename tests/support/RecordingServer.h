@@ -81,6 +81,8 @@ public:
     /// Scripts the reply to every request that finds the queue empty.
     void replyAlways(Reply reply);
 
+    /// How many connections came in so far.
+    std::size_t connections() const;
     /// All requests so far.
     std::vector<Request> requests() const;
     /// The only request since the last call of this function; an error if there were more, or none.
@@ -114,6 +116,7 @@ private:
     std::size_t m_Taken = 0;
     std::size_t m_Replied = 0;
     std::vector<std::string> m_Errors;
+    std::size_t m_Accepted = 0;
     std::list<std::thread> m_Connections;
     std::thread m_Acceptor;
 };

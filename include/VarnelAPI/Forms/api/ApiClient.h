@@ -42,17 +42,18 @@ public:
     ///     whichever `contentType` says ("application/json", "multipart/form-data", anything else).
     /// @param fileParams sent, with the form parameters, as parts of a multipart body.
     /// @param contentType the body's media type.
-    /// @return the response with any status, its body still arriving. Transport failures are the task's
-    ///     web::http::http_exception. Redirects are followed as the client settings say; to another scheme, host or
-    ///     port, only without `headerParams` (but for Accept and Content-Type) and the settings' credentials.
+    /// @return the response with any status, its body still arriving. A failure to get it is the task's
+    ///     web::http::http_exception; one that comes later is that of whatever reads the body. The task may be dropped.
+    ///     Redirects are followed as the client settings say; to another scheme, host or port, only without
+    ///     `headerParams` (but for Accept, Content-Type and User-Agent) and the settings' credentials.
     /// @throws ApiException 400, at once, for a body together with form or file parameters, and for file parameters
     ///     with another content type than "multipart/form-data".
-    /// @throws std::invalid_argument, at once, if there is no configuration; if the path, the method, or the name or
-    ///     value of a header, holds CR, LF or NUL; if the method is not one word; if a header is Content-Length or
-    ///     Transfer-Encoding, which follow from the body; if a file parameter is an empty pointer or has no data; or if
-    ///     `path` names a host.
+    /// @throws std::invalid_argument, at once, if there is no configuration; if the path, the method, the name or value
+    ///     of a header, or the name, file name or type of a part holds CR, LF or NUL; if the method or a header's name
+    ///     is not one word; if a header is Content-Length or Transfer-Encoding, which follow from the body; if a file
+    ///     parameter is an empty pointer or has no data; or if `path` names a host or has a fragment.
     /// @throws web::uri_exception and std::invalid_argument of the HTTP library, at once, for an unusable base URL or
-    ///     path.
+    ///     path; and whatever `postBody` throws when it is written.
     pplx::task<web::http::http_response>
     callApi(const utility::string_t& path, const utility::string_t& method,
             const std::map<utility::string_t, utility::string_t>& queryParams,
@@ -76,6 +77,7 @@ public:
     /// "true" or "false".
     static utility::string_t parameterToString(bool value);
     /// ISO 8601, in UTC.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     static utility::string_t parameterToString(const utility::datetime& value);
     /// @}
 

@@ -28,8 +28,8 @@ public:
     utility::string_t getUserAgent() const;
     void setUserAgent(const utility::string_t value);
 
-    /// Headers that every operation sends, such as credentials; change the map in place. They are never sent on to
-    /// another host, port or scheme than the base URL's, should the service redirect there.
+    /// Headers that every operation sends, such as credentials; change the map in place. Should the service redirect to
+    /// another host, port or scheme, none of them go there but Accept, Content-Type and User-Agent.
     std::map<utility::string_t, utility::string_t>& getDefaultHeaders();
     const std::map<utility::string_t, utility::string_t>& getDefaultHeaders() const;
 

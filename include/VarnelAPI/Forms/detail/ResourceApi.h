@@ -36,11 +36,13 @@ using Body = boost::optional<std::shared_ptr<Instance>>;
 /// **Every operation sends** the configuration's default headers, and Accept.
 ///
 /// **Thrown in the call**, before any request is made:
-/// - std::invalid_argument: no configuration; a path argument that holds "?" or "#" or has a segment "." or ".."; CR,
-///   LF or NUL in a path argument or a header; a default header Content-Length or Transfer-Encoding; a number in the
-///   body that JSON can't hold (not finite);
-/// - web::uri_exception: a path argument that holds what a URL can't, such as a space or a non-ASCII character, or an
-///   unusable base URL.
+/// - std::invalid_argument: no configuration; a base URL without a host, or of another scheme than http and https; a
+///   path argument that holds "?" or "#" or has a segment "." or ".."; CR, LF or NUL in a path argument or a header; a
+///   default header whose name is not one word, or is Content-Length or Transfer-Encoding; a number in the body that
+///   JSON can't hold (not finite);
+/// - std::out_of_range: a date after 9999-12-31T23:59:59Z in the body;
+/// - web::uri_exception: a path argument or base URL that holds what a URL can't, such as a space or a non-ASCII
+///   character.
 ///
 /// **Thrown by the task**:
 /// - ApiException with the HTTP status, if that is 400 or more. The message is "error calling", the operation and the

@@ -60,11 +60,21 @@ public:
     void setCustomProp(const utility::string_t& name, const web::json::value& value);
     void setCustomProp(const utility::string_t& name, const utility::string_t& value);
     /// A literal is a string.
+    /// @throws std::invalid_argument if `value` is a null pointer.
     void setCustomProp(const utility::string_t& name, const utility::char_t* value);
-    /// A bool is a JSON boolean. Without this overload it would convert to a number.
-    template <class Bool, class = std::enable_if_t<std::is_same_v<Bool, bool>>>
-    void setCustomProp(const utility::string_t& name, Bool value) {
-        setCustomProp(name, web::json::value::boolean(value));
+    /// A bool is a JSON boolean, any other number a JSON number. Without this overload a bool would convert to a
+    /// number, and 0 to a null pointer.
+    template <class Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
+    void setCustomProp(const utility::string_t& name, Number value) {
+        if constexpr (std::is_same_v<Number, bool>) {
+            setCustomProp(name, web::json::value::boolean(value));
+        } else if constexpr (std::is_floating_point_v<Number>) {
+            setCustomProp(name, web::json::value::number(static_cast<double>(value)));
+        } else if constexpr (std::is_signed_v<Number>) {
+            setCustomProp(name, web::json::value::number(static_cast<int64_t>(value)));
+        } else {
+            setCustomProp(name, web::json::value::number(static_cast<uint64_t>(value)));
+        }
     }
     void unsetCustomProp(const utility::string_t& name);
 

@@ -22,6 +22,8 @@ public:
     virtual void validate() = 0;
 
     /// The model as JSON: set properties and non-empty lists only, in declaration order.
+    /// @throws std::invalid_argument for a number that is infinite or not a number.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     virtual web::json::value toJson() const = 0;
 
     /// Reads what `val` holds. A missing or null member leaves its property as it is; a list is always replaced;
@@ -31,14 +33,16 @@ public:
 
     /// Adds the model's properties to `multipart`, one part each, named `namePrefix` (with a "." if it does not end
     /// in one) and the key. A nested model's parts begin with its own key only: prefixes do not add up.
-    /// @throws std::invalid_argument if `multipart` is an empty pointer.
+    /// @throws std::invalid_argument if `multipart` is an empty pointer, or for a list with a number that is infinite
+    ///     or not a number.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     virtual void toMultipart(std::shared_ptr<MultipartFormData> multipart,
                              const utility::string_t& namePrefix) const = 0;
 
     /// Reads the parts of `multipart` under their bare keys: the prefix is deliberately not looked at, so a nested
     /// model written by `toMultipart` does not come back.
     /// @throws std::invalid_argument if `multipart` is an empty pointer, or a part has no data stream.
-    /// @throws web::json::json_exception if the text of a list's part is not JSON.
+    /// @throws web::json::json_exception if the text of a part that should be JSON (a list, an `Object`) is not.
     virtual void fromMultiPart(std::shared_ptr<MultipartFormData> multipart, const utility::string_t& namePrefix) = 0;
 
     /// @name To JSON
@@ -52,6 +56,7 @@ public:
     static web::json::value toJson(double value);
     static web::json::value toJson(bool value);
     /// The date's ISO 8601 text in UTC; a date never set gives "1970-01-01T00:00:00Z".
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     static web::json::value toJson(const utility::datetime& value);
     /// An object with "ContentDisposition", "ContentType", "FileName" and "InputStream", the whole data in Base64.
     /// @throws std::invalid_argument if the pointer, or its data stream, is empty.
@@ -61,20 +66,21 @@ public:
     /// @}
 
     /// @name From JSON
-    /// All but `stringFromJson` throw web::json::json_exception for a value of another type.
+    /// All but `stringFromJson` and `fileFromJson` throw web::json::json_exception for a value of another type.
     /// @{
     /// The string; an empty one for any other type of value.
     static utility::string_t stringFromJson(web::json::value& val);
     /// A fraction is dropped. A number beyond the range of the type is a json_exception, never another number.
     static int32_t int32_tFromJson(web::json::value& val);
     static int64_t int64_tFromJson(web::json::value& val);
-    /// A number too large for a double is a json_exception.
+    /// A number too large for the type is a json_exception.
     static double doubleFromJson(web::json::value& val);
     static float floatFromJson(web::json::value& val);
     static bool boolFromJson(web::json::value& val);
     /// The date of an ISO 8601 text; an unreadable text gives the date never set.
     static utility::datetime dateFromJson(web::json::value& val);
-    /// A content with those of its fields and data that the object holds.
+    /// A content with those of its fields and data that the object holds; an empty one for any other type of value.
+    /// @throws web::json::json_exception if the data is not Base64.
     static std::shared_ptr<HttpContent> fileFromJson(web::json::value& val);
     /// @}
 
@@ -87,6 +93,7 @@ public:
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const utility::char_t* value,
                                                       const utility::string_t& contentType = utility::string_t());
     /// The date's ISO 8601 text, a date never set included.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const utility::datetime& value,
                                                       const utility::string_t& contentType = utility::string_t());
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const web::json::value& value,

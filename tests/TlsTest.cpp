@@ -1,0 +1,111 @@
+#include "support/ServiceTest.h"
+
+#include <httplib.h>
+
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+
+/// Calls over TLS, and redirects into and out of it.
+namespace forms_test {
+namespace {
+
+/// A service with a certificate that nobody knows. It answers every request with what it was told to.
+class TlsService {
+public:
+    TlsService() {
+        const auto answer = [this](const httplib::Request& request, httplib::Response& response) {
+            const std::lock_guard<std::mutex> lock(m_Mutex);
+            m_Authorization = request.get_header_value("Authorization");
+            response.status = m_Location.empty() ? 200 : 302;
+            response.set_header("Location", m_Location);
+            response.set_content("{}", "application/json");
+        };
+        m_Server.Get(".*", answer);
+        m_Port = m_Server.bind_to_any_port("127.0.0.1");
+        m_Thread = std::thread([this] { m_Server.listen_after_bind(); });
+        while (!m_Server.is_running()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+    ~TlsService() {
+        m_Server.stop();
+        m_Thread.join();
+    }
+    TlsService(const TlsService&) = delete;
+    TlsService& operator=(const TlsService&) = delete;
+
+    std::string url() const { return "https://127.0.0.1:" + std::to_string(m_Port); }
+    /// Of the last request, once its response is there.
+    std::string authorization() const {
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        return m_Authorization;
+    }
+    /// An empty location ends the redirects.
+    void redirectTo(const std::string& location) {
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Location = location;
+    }
+
+private:
+    struct Identity {
+        Identity() {
+            X509_gmtime_adj(X509_getm_notBefore(certificate.get()), 0);
+            X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 3600);
+            X509_set_pubkey(certificate.get(), key.get());
+            X509_sign(certificate.get(), key.get(), EVP_sha256());
+        }
+        std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key{EVP_EC_gen("P-256"), EVP_PKEY_free};
+        std::unique_ptr<X509, decltype(&X509_free)> certificate{X509_new(), X509_free};
+    };
+
+    Identity m_Identity;
+    httplib::SSLServer m_Server{m_Identity.certificate.get(), m_Identity.key.get()};
+    int m_Port = 0;
+    mutable std::mutex m_Mutex;
+    std::string m_Location;
+    std::string m_Authorization;
+    std::thread m_Thread;
+};
+
+class TlsTest : public ServiceTest {
+protected:
+    auto status(const std::string& url) {
+        configuration->setBaseUrl(url);
+        return client->callApi("/x", "GET", {}, nullptr, configuration->getDefaultHeaders(), {}, {}, "")
+            .get()
+            .status_code();
+    }
+
+    TlsService service;
+};
+
+TEST_F(TlsTest, RefusesAnUnknownCertificateUnlessToldOtherwise) {
+    messageOf<web::http::http_exception>([this] { status(service.url()); });
+    configuration->getHttpConfig().set_validate_certificates(false);
+    EXPECT_EQ(status(service.url()), 200);
+    EXPECT_EQ(service.authorization(), "Bearer t");
+    api::SchemaApi schemas(client);
+    EXPECT_EQ(schemas.select_SchemasSchema("L").get()->toJson().serialize(), "{}");
+}
+
+TEST_F(TlsTest, LeavesTlsOnlyWhenAllowedAndTakesNothingPrivateEitherWay) {
+    configuration->getHttpConfig().set_validate_certificates(false);
+    service.redirectTo(server.url() + "/plain");
+    EXPECT_EQ(status(service.url()), 302);
+    EXPECT_TRUE(server.requests().empty());
+
+    configuration->getHttpConfig().set_https_to_http_redirects(true);
+    server.reply(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(status(service.url()), 200);
+    const Request plain = server.takeRequest();
+    EXPECT_EQ(plain.target, "/base/plain");
+    EXPECT_FALSE(plain.has("Authorization"));
+
+    service.redirectTo("");
+    server.reply(Reply::redirect(302, service.url() + "/x"));
+    EXPECT_EQ(status(server.url()), 200);
+    EXPECT_EQ(service.authorization(), "");
+}
+
+} // namespace
+} // namespace forms_test
