@@ -260,7 +260,7 @@ private:
 
 TEST_F(ClientTest, SendsWhatAFileYieldsAndTheRestOfTheBody) {
     constexpr std::size_t block = 16384;
-    for (const std::size_t good : {std::size_t{0}, 2 * block}) {
+    for (const std::size_t good : {std::size_t{0}, std::size_t{1}, block - 1, block, 2 * block + 10}) {
         const Request request = requestOf("/p", "POST", Texts(), nullptr, Texts(), Texts{{"after", "rest"}},
                                           Files{{"f", std::make_shared<FailingFile>(good)},
                                                 {"g", ModelBase::toHttpContent("g", std::string(block, 'y'))}},
@@ -296,6 +296,7 @@ TEST_F(ClientTest, OpensAConnectionForEachCallAndClosesIt) {
         server.reply(Reply::of(200, "OK", "", "x").endingWith(Reply::Ending::KeepOpen));
         EXPECT_EQ(call("/p", "GET").get().extract_string(true).get(), "x");
         EXPECT_EQ(server.connections(), calls);
+        EXPECT_TRUE(server.waitForCloses(calls));
     }
 }
 
@@ -378,6 +379,19 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
     const Request named = server.requests().back();
     EXPECT_EQ(named.header("Host"), "localhost" + port);
     EXPECT_FALSE(named.has("Authorization") || named.has("X-Private") || named.has("Cookie"));
+}
+
+TEST_F(ClientTest, FollowsManyRedirectsBetweenTwoHosts) {
+    constexpr int hops = 60;
+    RecordingServer other;
+    for (int hop = 0; hop < hops; hop += 2) {
+        server.reply(Reply::redirect(302, other.url() + "/" + std::to_string(hop)));
+        other.reply(Reply::redirect(302, server.url() + "/" + std::to_string(hop + 1)));
+    }
+    server.reply(Reply::of(200, "OK", "", ""));
+    configuration->getHttpConfig().set_max_redirects(hops);
+    EXPECT_EQ(call("/old", "GET").get().status_code(), 200);
+    EXPECT_EQ(server.requests().size() + other.requests().size(), hops + 1U);
 }
 
 TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {

@@ -97,6 +97,7 @@ TEST(FromJson, ReadsEachType) {
         EXPECT_EQ(fromJson(ModelBase::doubleFromJson, ModelBase::toJson(number).serialize()), number);
     }
     EXPECT_EQ(fromJson(ModelBase::floatFromJson, "0.1"), 0.1F);
+    EXPECT_EQ(fromJson(ModelBase::floatFromJson, "-3.4028235e38"), std::numeric_limits<float>::lowest());
     EXPECT_EQ(messageOf<json_exception>([] { fromJson(ModelBase::floatFromJson, "-1e39"); }),
               "the number is beyond the range of a float");
     EXPECT_TRUE(fromJson(ModelBase::boolFromJson, "true"));

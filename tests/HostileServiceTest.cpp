@@ -174,6 +174,8 @@ TEST_F(HostileServiceTest, BrokenBodies) {
         {"most negative chunk", Reply::raw(chunked + "-80000000\r\n{}"), broken, broken, ""},
         {"chunked and gzip", Reply::raw("Content-Encoding: gzip\r\n" + chunked + "3\r\n\x1f\x8b\x08\r\n0\r\n\r\n"),
          noJson, "ok \x1f\x8b\x08", "\x1f\x8b\x08"},
+        {"other length than said, and an encoding",
+         Reply::raw("Content-Encoding: identity\r\n" + length + "two\r\n\r\n{}"), broken, broken, ""},
         {"gzip without asking", Reply::raw("Content-Encoding: gzip\r\n" + length + "3\r\n\r\n\x1f\x8b\x08"), noJson,
          "ok \x1f\x8b\x08", "\x1f\x8b\x08"},
         {"empty", Reply::raw(length + "0\r\n\r\n"), noJson, "ok ", ""},
@@ -225,8 +227,10 @@ TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
         EXPECT_LT(took, 8 * timeout);
     }
     // Each leg has its own: here the redirect and the answer together take longer than one.
-    server.reply(Reply::raw("").then(350ms, Reply::redirect(307, "/base/next").pieces[0].bytes));
-    check(Reply::raw("").then(350ms, Reply::json("{}").pieces[0].bytes), file, "ok {}");
+    configuration->getHttpConfig().set_timeout(4 * timeout);
+    server.reply(Reply::raw("").then(1200ms, Reply::redirect(307, "/base/next").pieces[0].bytes));
+    check(Reply::raw("").then(1200ms, Reply::json("{}").pieces[0].bytes), file, "ok {}");
+    configuration->getHttpConfig().set_timeout(timeout);
     // Whole chunks restart it too, however small they are: this is a slow answer, not a silent one.
     check(Reply::raw(chunkedHead).then(100ms, "1\r\nx\r\n", 10).then(0ms, "0\r\n\r\n"), download, "ok xxxxxxxxxx");
     // A deletion is done when the status is there.
@@ -260,6 +264,7 @@ TEST_F(HostileServiceTest, DecodesWhatItAskedFor) {
                            43);
     check(Reply::of(200, "OK", "Content-Encoding: gzip\r\n", gzip), file, R"(ok {"instance":{"instanceId":"i"}})");
     EXPECT_NE(server.takeRequest().header("Accept-Encoding").find("gzip"), std::string::npos);
+    check(Reply::raw(ok + "Content-Length: 9\r\n\r\n{}").endingWith(Ending::Close), file, broken);
     check(Reply::of(200, "OK", "Content-Encoding: gzip\r\n", gzip.substr(0, 20) + "?????"), file, noJson);
 }
 

@@ -22,10 +22,12 @@ public:
         };
         m_Server.Get(".*", answer);
         m_Port = m_Server.bind_to_any_port("127.0.0.1");
+        EXPECT_GT(m_Port, 0);
         m_Thread = std::thread([this] { m_Server.listen_after_bind(); });
-        while (!m_Server.is_running()) {
+        for (int i = 0; i < 10000 && !m_Server.is_running(); ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
+        EXPECT_TRUE(m_Server.is_running());
     }
     ~TlsService() {
         m_Server.stop();

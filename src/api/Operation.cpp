@@ -58,12 +58,10 @@ std::string takeBody(const http_response& response) {
     return bytes;
 }
 
-/// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none. That of an
-/// encoded body is no longer its length once the library has decoded it.
+/// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none.
 void requireLength(const http_response& response, std::size_t size) {
     utility::string_t length;
     if (!response.headers().has(header_names::transfer_encoding) &&
-        !response.headers().has(header_names::content_encoding) &&
         response.headers().match(header_names::content_length, length) && length != to_string_t(std::to_string(size))) {
         throw web::http::http_exception(_XPLATSTR("the response's body is not as long as its Content-Length: ") +
                                         length);
@@ -118,7 +116,9 @@ void Answer::check(const pplx::task<http_response>& ready) const {
 std::string Answer::body(const pplx::task<http_response>& ready) const {
     check(ready);
     std::string bytes = takeBody(**arrived);
-    requireLength(**arrived, bytes.size());
+    if (!isDecoded || !(*arrived)->headers().has(header_names::content_encoding)) {
+        requireLength(**arrived, bytes.size());
+    }
     return bytes;
 }
 
@@ -141,8 +141,9 @@ Operation::Operation(const std::shared_ptr<ApiClient>& client, const char* api, 
                                                        {},
                                                        std::make_shared<std::optional<http_response>>()},
       m_Method(method), m_Path(repositories + path) {
-    m_Headers =
-        model::detail::required(m_Client->getConfiguration(), "the configuration of the client")->getDefaultHeaders();
+    const auto configuration = model::detail::required(m_Client->getConfiguration(), "the configuration of the client");
+    m_Headers = configuration->getDefaultHeaders();
+    m_Answer.isDecoded = configuration->getHttpConfig().request_compressed_response();
     produces({jsonType});
     consumes({});
 }

@@ -31,6 +31,8 @@ struct Answer {
     utility::string_t operation;
     utility::string_t accept;
     Arrived arrived;
+    /// Whether the HTTP library decodes encoded bodies, whose Content-Length is then another.
+    bool isDecoded = false;
 
     /// Whether the status and the type are as the operation expects them.
     bool isExpected() const;

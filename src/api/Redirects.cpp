@@ -67,7 +67,7 @@ public:
         if (target.is_empty()) {
             return m_OnResponse(response);
         }
-        if (!sameOrigin(m_Visited.back(), target)) {
+        if (m_Private && !sameOrigin(m_Visited.back(), target)) {
             // Once another host was involved, nothing private comes back: not even a redirect to the first one.
             m_Private = false;
             m_Settings = withoutCredentials(m_Settings);

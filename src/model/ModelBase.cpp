@@ -187,7 +187,8 @@ double ModelBase::doubleFromJson(web::json::value& val) {
 
 float ModelBase::floatFromJson(web::json::value& val) {
     const double number = doubleFromJson(val);
-    if (std::abs(number) > std::numeric_limits<float>::max()) {
+    constexpr double limit = 0x1.ffffffp127; // From here on it would round to infinity.
+    if (std::abs(number) >= limit) {
         throw json_exception("the number is beyond the range of a float");
     }
     return static_cast<float>(number);

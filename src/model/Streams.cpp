@@ -1,5 +1,6 @@
 #include "Streams.h"
 
+#include <algorithm>
 #include <array>
 
 namespace VarnelAPI::Forms::model::detail {
@@ -70,16 +71,20 @@ std::string readAll(std::istream& stream) {
 
 void copyAll(std::istream& source, std::ostream& target) {
     rewind(source);
+    std::streambuf& buffer = *source.rdbuf();
     std::array<char, 16384> block; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
     std::streamsize size = 0;
     do {
         try {
-            size = source.rdbuf()->sgetn(block.data(), block.size());
+            // No more at once than what is there: a read that fails would take with it what came before.
+            const bool isAtEnd = buffer.sgetc() == std::char_traits<char>::eof();
+            const auto there = std::clamp<std::streamsize>(buffer.in_avail(), 1, block.size());
+            size = isAtEnd ? 0 : buffer.sgetn(block.data(), there);
         } catch (...) {
-            size = 0; // A read error ends the data: what came before it counts.
+            size = 0; // An error ends the data.
         }
         target.write(block.data(), size);
-    } while (size == static_cast<std::streamsize>(block.size()));
+    } while (size > 0);
 }
 
 StringSink::int_type StringSink::overflow(int_type character) {

@@ -1,22 +1,25 @@
 # Builds and runs the project of this folder. SCRATCH is a folder for it, GENERATOR and COMPILER what to build with, and
-# either LIBRARY_BUILD (a build of the library, which is installed and then found) or LIBRARY_SOURCE is given.
-function(run)
+# either LIBRARY_BUILD (a build of the library, which is installed and then found) and LIBRARY_TYPE (as CMake names it), or
+# LIBRARY_SOURCE is given.
+macro(run)
     execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
+endmacro()
 
 if(LIBRARY_BUILD)
     file(REMOVE_RECURSE ${SCRATCH})
     run(${CMAKE_COMMAND} --install ${LIBRARY_BUILD} --prefix ${SCRATCH}/installed)
     set(library -DCMAKE_PREFIX_PATH=${SCRATCH}/installed)
-    file(GLOB installed ${SCRATCH}/installed/lib*/libVarnelForms.so ${SCRATCH}/installed/lib*/*/libVarnelForms.so)
-    execute_process(COMMAND nm -DC --defined-only ${installed} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
-    execute_process(COMMAND readelf -d ${installed} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
-    string(REGEX REPLACE "[^\n]*VarnelAPI::Forms::[^\n]*\n" "" foreign "${symbols}")
-    if(foreign OR NOT symbols MATCHES "VarnelAPI::Forms::api::ApiClient::callApi")
-        message(FATAL_ERROR "the library exports what is not its own, or not what is:\n${foreign}")
-    endif()
-    if(NOT dynamic MATCHES "SONAME[^\n]*\\[libVarnelForms\\.so\\.[0-9]+\\]")
-        message(FATAL_ERROR "the library's SONAME does not end in its major version:\n${dynamic}")
+    if(LIBRARY_TYPE STREQUAL "SHARED_LIBRARY")
+        file(GLOB_RECURSE installed ${SCRATCH}/installed/libVarnelForms.so)
+        run(nm -DC --defined-only ${installed} OUTPUT_VARIABLE symbols)
+        run(readelf -d ${installed} OUTPUT_VARIABLE dynamic)
+        string(REGEX REPLACE "[0-9a-f]+ [A-Za-z] ([a-z -]+ (for|to) )?VarnelAPI::Forms::[^\n]*\n" "" foreign "${symbols}")
+        if(foreign OR NOT symbols MATCHES "VarnelAPI::Forms::api::ApiClient::callApi")
+            message(FATAL_ERROR "the library exports what is not its own, or not what is:\n${foreign}")
+        endif()
+        if(NOT dynamic MATCHES "SONAME[^\n]*\\[libVarnelForms\\.so\\.[0-9]+\\]")
+            message(FATAL_ERROR "the library's SONAME does not end in its major version:\n${dynamic}")
+        endif()
     endif()
 else()
     # Static, as the installed one is not. Quick to compile; and it is kept, so that a second run compiles only what

@@ -142,6 +142,11 @@ bool RecordingServer::waitForReplies(std::size_t count) const {
     return m_Arrived.wait_for(lock, patience, [&] { return m_Replied >= count; });
 }
 
+bool RecordingServer::waitForCloses(std::size_t count) const {
+    std::unique_lock<std::mutex> lock(m_Mutex);
+    return m_Arrived.wait_for(lock, patience, [&] { return m_Closed >= count; });
+}
+
 std::vector<std::string> RecordingServer::takeErrors() {
     const std::lock_guard<std::mutex> lock(m_Mutex);
     return std::exchange(m_Errors, {});
@@ -195,6 +200,11 @@ bool RecordingServer::readRequest(int connection, std::string& buffer, Request& 
         }
         const ssize_t size = recv(connection, block, sizeof(block), 0);
         buffer.append(block, size > 0 ? static_cast<std::size_t>(size) : 0);
+        if (size == 0) {
+            const std::lock_guard<std::mutex> lock(m_Mutex);
+            ++m_Closed;
+            m_Arrived.notify_all();
+        }
         return size > 0;
     };
     std::size_t end = 0;

@@ -92,6 +92,9 @@ public:
     /// Waits until `count` replies were sent to their end; whether they were.
     bool waitForReplies(std::size_t count) const;
 
+    /// Waits until clients closed `count` connections; whether they did.
+    bool waitForCloses(std::size_t count) const;
+
     /// What went wrong in the view of the server. Looking at it clears it.
     std::vector<std::string> takeErrors();
 
@@ -117,6 +120,7 @@ private:
     std::size_t m_Replied = 0;
     std::vector<std::string> m_Errors;
     std::size_t m_Accepted = 0;
+    std::size_t m_Closed = 0;
     std::list<std::thread> m_Connections;
     std::thread m_Acceptor;
 };
