@@ -23,7 +23,7 @@ ROWS = {
     "json-body-memory": ("the same, to nowhere / serialize", {"peak": 1.05}),
     "base64-encode": ("toBase64 of a 16 MB stream / to_base64", {"cpu": 1 / 4}),
     "base64-decode": ("fromBase64 to a 16 MB stream / from_base64", {"cpu": 1 / 3.5}),
-    "multipart-set": ("64 MB multipart written and set / one copy", {"time": 1.3, "wall": 1.3, "peak": 1.05}),
+    "multipart-set": ("64 MB multipart written and set / one copy", {"wall": 1.3, "cpu": 1.3, "peak": 1.05}),
     "multipart-send": ("the same, sent / one copy sent by hand", {"wall": None}),
     "multipart-send-memory": ("the same / one copy", {"peak": 1.10}),
     "download": ("fILEGET of 64 MB / extract_vector, string stream", {"wall": 0.5, "cpu": 0.5}),
@@ -42,10 +42,12 @@ TIMING = {"multipart-send": (1, 0.01), "multipart-set": (11, 0.05), "download": 
 LATE_TIMEOUT = 30
 DEFAULT_TIMING = (15, 0.15)
 # How often an operation runs in the two counts whose difference is taken.
-COUNTING = {"get": (20, 120), "get-64": (2, 6), "select": (3, 9), "base64-encode": (1, 2), "base64-decode": (1, 2),
-            "multipart-set": (1, 3), "download": (1, 3)}
+COUNTING = {"get": (20, 120), "get-64": (2, 6), "select": (3, 9), "base64-encode": (1, 2), "base64-decode": (1, 2)}
 DEFAULT_COUNTING = (2, 6)
-UNCOUNTED = ["select-memory", "json-body-memory", "multipart-send", "multipart-send-memory", "download-memory", "get-1000", "late-200", "late-500", "late-type", "growth"]
+# Copies are not counted: the C library copies by single instructions, which valgrind counts once for each byte, or by
+# blocks, as it sees fit.
+UNCOUNTED = ["select-memory", "json-body-memory", "multipart-set", "multipart-send", "multipart-send-memory", "download",
+             "download-memory", "get-1000", "late-200", "late-500", "late-type", "growth"]
 
 
 def run(command, timeout=600):
