@@ -1,6 +1,5 @@
-#include <boost/asio/post.hpp>
 #include <gtest/gtest.h>
-#include <pplx/threadpool.h>
+#include <pplx/pplxtasks.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -34,7 +33,7 @@ class PoolAtRest final : public testing::Environment {
     static void meet() {
         const auto meeting = std::make_shared<Meeting>();
         for (int thread = 0; thread < threads; ++thread) {
-            boost::asio::post(crossplat::threadpool::shared_instance().service(), [meeting] { meeting->arrive(1); });
+            pplx::create_task([meeting] { meeting->arrive(1); });
         }
         meeting->arrive(0);
     }
