@@ -20,8 +20,10 @@ using Ending = Reply::Ending;
 // Slower, and memory says nothing.
 #define FORMS_TEST_SANITIZED
 constexpr std::size_t downloadMegabytes = 20;
+constexpr auto shortTimeOut = 1500ms;
 #else
 constexpr std::size_t downloadMegabytes = 200;
+constexpr auto shortTimeOut = 500ms;
 #endif
 
 /// A kind of operation. It gives its result as a text.
@@ -196,7 +198,7 @@ TEST_F(HostileServiceTest, BrokenBodies) {
 }
 
 TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
-    constexpr auto timeout = 500ms;
+    constexpr auto timeout = shortTimeOut;
     configuration->getHttpConfig().set_timeout(timeout);
     struct Row {
         std::string name;

@@ -45,7 +45,7 @@ ApiClient::callApi(const utility::string_t& path, const utility::string_t& metho
                    const Parameters& formParams, const Files& fileParams, const utility::string_t& contentType) const {
     auto call = detail::makeCall(m_Configuration, path, method, queryParams, postBody, headerParams, formParams,
                                  fileParams, contentType);
-    const auto task = detail::send(*m_Configuration, std::move(call), [](const web::http::http_response& response) {
+    auto task = detail::send(*m_Configuration, std::move(call), [](const web::http::http_response& response) {
         detail::endBody(response);
         return pplx::task_from_result(response);
     });
