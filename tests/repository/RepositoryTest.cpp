@@ -323,6 +323,9 @@ TEST_F(RepositoryTest, FilesAreKeptByteForByte) {
         EXPECT_EQ(got.header("Content-Type"), "application/octet-stream");
         EXPECT_TRUE(got.body == content) << type;
     }
+    const std::string gzip("\x1f\x8b\x08\0\0\0\0\0\0\x03\x4b\x4c\x4a\x06\0\xc2\x41\x24\x35\x03\0\0\0", 23);
+    EXPECT_EQ(m_client.send("PUT", path, gzip, {{"Content-Encoding", "gzip"}}).status, 200);
+    EXPECT_EQ(m_client.send("GET", path).body, "abc");
     EXPECT_EQ(m_client.send("PUT", "Lists/ListGroup/" + noId + "/$file", "x").status, 404);
 
     // A file goes with its instance: the next instance, which may take its place in the store, has none.
