@@ -126,18 +126,18 @@ void object(Input& input) {
             const std::string text = input.field();
             model.setCustomProp(name, text);
             tables.texts[name] = text;
-        } else if (step == 'i') {
-            const int number = static_cast<int>(std::strtol(input.field().c_str(), nullptr, 10));
-            model.setCustomProp(name, number);
-            tables.integers[name] = number;
-        } else if (step == 'd') {
-            const double number = std::strtod(input.field().c_str(), nullptr);
-            model.setCustomProp(name, number);
-            tables.doubles[name] = number;
-        } else if (step == 'b') {
-            const bool flag = input.field() == "1";
-            model.setCustomProp(name, flag);
-            tables.booleans[name] = flag;
+        } else if (step == 'v') {
+            const value json = jsonOf(input.field());
+            if (json.is_integer() && json.as_number().is_int32()) {
+                model.setCustomProp(name, json.as_integer());
+                tables.integers[name] = json.as_integer();
+            } else if (json.is_number()) {
+                model.setCustomProp(name, json.as_double());
+                tables.doubles[name] = json.as_double();
+            } else if (json.is_boolean()) {
+                model.setCustomProp(name, json.as_bool());
+                tables.booleans[name] = json.as_bool();
+            }
         } else if (step == 'u') {
             model.unsetCustomProp(name);
             tables.texts.erase(name);

@@ -13,7 +13,7 @@ namespace {
 /// Disposition, name, file name, type and data.
 using Part = std::array<std::string, 5>;
 
-const std::string boundary = "b";
+const std::string boundary = "B";
 
 bool hasAny(const std::string& text, const std::string& characters) {
     return text.find_first_of(characters) != std::string::npos;

@@ -88,6 +88,11 @@ Result resultOf(const pplx::task<Result>& task) {
     return task.get();
 }
 
+template <class M>
+void requireModel(const pplx::task<std::shared_ptr<M>>& task) {
+    require(resultOf(task) != nullptr, "what succeeds has a result");
+}
+
 void call(char operation, const std::shared_ptr<api::ApiClient>& client) {
     switch (operation) {
     case 'd':
@@ -99,14 +104,22 @@ void call(char operation, const std::shared_ptr<api::ApiClient>& client) {
                 "a download has data");
         break;
     case 'c':
-        require(resultOf(api::CommentApi(client).count_DynamicSchemaComment("l")) != nullptr, "a count has a result");
+        requireModel(api::CommentApi(client).count_DynamicSchemaComment("l"));
         break;
     case 'i':
-        require(resultOf(api::BaseClassApi(client).get_DynamicSchemaBaseClass_instanceId("l", "i")) != nullptr,
-                "a get has a result");
+        requireModel(api::BaseClassApi(client).get_DynamicSchemaBaseClass_instanceId("l", "i"));
+        break;
+    case 'g':
+        requireModel(api::FileApi(client).get_DynamicSchemaFile_instanceId("l", "i"));
+        break;
+    case 't':
+        requireModel(api::FormStyleApi(client).get_FormsECMappingFormStyle_instanceId("l", "i"));
+        break;
+    case 'w':
+        requireModel(api::WorkflowDefinitionApi(client).get_WorkflowDefinition_instanceId("l", "i"));
         break;
     default:
-        require(resultOf(api::CommentApi(client).select_DynamicSchemaComment("l")) != nullptr, "a select has a result");
+        requireModel(api::CommentApi(client).select_DynamicSchemaComment("l"));
     }
 }
 

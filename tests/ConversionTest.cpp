@@ -1,3 +1,4 @@
+#include "support/Seeds.h"
 #include "support/ServiceTest.h"
 
 #include <cmath>
@@ -201,6 +202,8 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
                                                         {std::string(3, '\0'), "AAAA"},
                                                         {"\xFB\xEF\xBF", "+++/"}};
     for (const auto& [bytes, text] : rows) {
+        seed("Base64", bytes);
+        seed("Base64", text);
         EXPECT_EQ(ModelBase::toBase64(stream(bytes)), text);
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), bytes);
     }
@@ -213,6 +216,7 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
         EXPECT_EQ(text, utility::conversions::to_base64(bytes)) << "unlike the HTTP library's";
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), all);
     }
+    seed("Base64", all);
     // Around the sizes of the blocks that it works in.
     std::string large;
     for (std::size_t i = 0; i < 2 * 6144 + 1; ++i) {
@@ -236,6 +240,7 @@ TEST(Base64, SaysWhatIsWrong) {
         {"Zg=", padding},    {"Zg==Zm9v", padding}, {"Zm8=Zm9v", padding}, {"Z=g=", padding},   {"Zm9v=", padding},
         {"Zm9v==", padding}, {"Zg=a", padding}};
     for (const auto& [text, message] : rows) {
+        seed("Base64", text);
         EXPECT_EQ(messageOf<json_exception>([text = text] { ModelBase::fromBase64(text); }), message) << text;
         const std::string late = std::string(8192, 'A') + text;
         EXPECT_EQ(messageOf<json_exception>([&] { ModelBase::fromBase64(late); }), message) << "in a later block";
@@ -265,6 +270,7 @@ TEST(ObjectModel, HoldsAnyObject) {
         const auto only = multipart->getContents().at(0);
         EXPECT_EQ(textOf(only), name + "|form-data|application/json||" + object.toJson().serialize());
         Object copy;
+        seedParts(copy, *multipart);
         copy.fromMultiPart(multipart, prefix);
         EXPECT_EQ(copy.getValue("b").as_string(), "new");
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { copy.fromMultiPart(multipart, "q"); }),

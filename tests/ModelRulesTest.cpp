@@ -1,3 +1,4 @@
+#include "support/Seeds.h"
 #include "support/ServiceTest.h"
 
 #include <thread>
@@ -13,6 +14,7 @@ using web::json::value;
 
 template <class M>
 void read(M& model, const std::string& text) {
+    seedJson(model, text);
     auto json = value::parse(text);
     model.fromJson(json);
     EXPECT_EQ(json, value::parse(text)) << "what was read is left as it was";
@@ -47,6 +49,69 @@ std::shared_ptr<MultipartFormData> multipartOf(const std::map<std::string, std::
     }
     return multipart;
 }
+
+template <class M>
+void readParts(M& model, const std::map<std::string, std::string>& parts, const std::string& prefix = "") {
+    const auto multipart = multipartOf(parts);
+    seedParts(model, *multipart);
+    model.fromMultiPart(multipart, prefix);
+}
+
+/// Steps on a model with custom properties, kept as they are taken.
+template <class M>
+class Steps {
+public:
+    explicit Steps(char letter, const std::string& json = "null") : m_Kept(1, letter) { read(json); }
+    ~Steps() { seed("DynamicClasses", m_Kept); }
+    Steps(const Steps&) = delete;
+    Steps& operator=(const Steps&) = delete;
+
+    void read(const std::string& json) {
+        keep('j', json);
+        forms_test::read(model, json);
+    }
+    template <class T>
+    void set(const std::string& name, const T& custom) {
+        const value json(custom);
+        keep(json.is_string() ? 's' : 'v', name, json.is_string() ? json.as_string() : json.serialize());
+        model.setCustomProp(name, custom);
+    }
+    void unset(const std::string& name) {
+        keep('u', name);
+        model.unsetCustomProp(name);
+    }
+    void setTypeForArray(const std::string& json) {
+        keep('a', json);
+        model.setTypeForArray(value::parse(json));
+    }
+    void setTypeForVal(const std::string& json) {
+        keep('v', json);
+        model.setTypeForVal(value::parse(json));
+    }
+    void readPart(const std::string& name, const std::string& data) {
+        keep('m', name, data);
+        readParts(model, {{name, data}}, "p");
+    }
+    template <class Get, class Set>
+    void setLastToFirst(Get getter, Set setter) {
+        keep('l', "");
+        (model.*setter)(model.size() - 1, (model.*getter)(0));
+    }
+    void remove(int i) {
+        keep('r', std::to_string(i));
+        model.remove(i);
+    }
+
+    M model;
+
+private:
+    template <class... Text>
+    void keep(char step, const Text&... texts) {
+        m_Kept += step + fields(texts...);
+    }
+
+    std::string m_Kept;
+};
 
 TEST(Reading, KeepsWhatIsMissingOrNullAndIgnoresWhatIsUnknown) {
     auto comment = readNew<DynamicSchema_Comment>(R"({"Author":"Ann","Text":null,"Unknown":{"Text":"x"},"author":1})");
@@ -111,10 +176,10 @@ TEST(Lists, AreReplacedByEveryReading) {
 
     EXPECT_EQ(textOf(readNew<ListsListTree>(R"({"Lists":["a",null,1]})")), R"({"Lists":["a","",""]})");
     auto group = readNew<ListsListGroup>(R"({"Lists":["old"]})");
-    group.fromMultiPart(multipartOf({{"Lists", R"(["a","b"])"}}), "");
+    readParts(group, {{"Lists", R"(["a","b"])"}});
     EXPECT_EQ(textOf(group), R"({"Lists":["a","b"]})");
-    messageOf<json_exception>([&] { group.fromMultiPart(multipartOf({{"Lists", "a,b"}}), ""); });
-    group.fromMultiPart(multipartOf({}), "");
+    messageOf<json_exception>([&] { readParts(group, {{"Lists", "a,b"}}); });
+    readParts(group, {});
     EXPECT_EQ(textOf(group), "{}");
 }
 
@@ -129,8 +194,7 @@ TEST(Nested, ModelsAreSharedByCopiesAndMayBeMissing) {
     EXPECT_EQ(textOf(copy), R"({"instance":{"eTag":"v2"}})");
     EXPECT_EQ(partNames(instance, "outer"), "instance.eTag ") << "prefixes don't add up";
 
-    const auto multipart = multipartOf({{"instance", ""}, {"eTag", "bare"}, {"instance.eTag", "prefixed"}});
-    instance.fromMultiPart(multipart, "outer");
+    readParts(instance, {{"instance", ""}, {"eTag", "bare"}, {"instance.eTag", "prefixed"}}, "outer");
     EXPECT_EQ(textOf(instance), R"({"instance":{"eTag":"bare"}})") << "a part named by its key asks for the model";
     RelationshipToForm relationship = readNew<RelationshipToForm>(R"({"relatedInstance":null})");
     EXPECT_EQ(relationship.getRelatedInstance(), nullptr);
@@ -165,7 +229,7 @@ TEST(Issue, WritesUnsetDatesAsNullAndTheViewAsText) {
     EXPECT_EQ(partNames(viewed, "p"), "_ModelViewDefinition ") << "without the prefix";
     messageOf<json_exception>([&] { read(viewed, R"({"_ModelViewDefinition":"{"})"); });
     DynamicSchemaBaseClass other;
-    other.fromMultiPart(multipartOf({{"_ModelViewDefinition", R"({"viewId":"x"})"}}), "");
+    readParts(other, {{"_ModelViewDefinition", R"({"viewId":"x"})"}});
     EXPECT_EQ(other.getModelViewDefinition()->getViewId(), "x");
 }
 
@@ -185,32 +249,33 @@ TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
     EXPECT_TRUE(issue.getCustomProp(json, "Extra1"));
     EXPECT_EQ(json.serialize(), "6");
 
-    DynamicSchemaBaseClass own;
-    const auto writes = [&own](const char* expected) {
+    Steps<DynamicSchemaBaseClass> steps('I');
+    auto& own = steps.model;
+    const auto writes = [&](const char* expected) {
         EXPECT_EQ(textOf(own), expected);
-        own.unsetCustomProp("E");
+        steps.unset("E");
         EXPECT_EQ(textOf(own), "{}");
     };
-    own.setCustomProp("_Subject", "refused");
-    own.setCustomProp("Closed", value::boolean(true));
+    steps.set("_Subject", "refused");
+    steps.set("Closed", value::boolean(true));
     EXPECT_EQ(textOf(own), "{}") << "fixed keys are refused";
-    own.setCustomProp("E", "literal");
+    steps.set("E", "literal");
     EXPECT_TRUE(own.getCustomProp(text, "E"));
     writes(R"({"E":"literal"})");
-    own.setCustomProp("E", std::string("text"));
+    steps.set("E", std::string("text"));
     writes(R"({"E":"text"})");
-    own.setCustomProp("E", true);
+    steps.set("E", true);
     writes(R"({"E":true})");
     own.setCustomProp("E", 0);
     EXPECT_EQ(own.toJson().at("E").serialize(), "0") << "no null pointer";
-    own.setCustomProp("E", std::numeric_limits<uint64_t>::max());
+    steps.set("E", std::numeric_limits<uint64_t>::max());
     EXPECT_EQ(own.toJson().at("E").serialize(), "18446744073709551615");
     own.setCustomProp("E", -2.5F);
     EXPECT_EQ(own.toJson().at("E").serialize(), "-2.5");
-    own.setCustomProp("E", value::parse("[1,{}]"));
+    steps.set("E", value::parse("[1,{}]"));
     writes(R"({"E":[1,{}]})");
-    own.setStatus("open");
-    own.setCustomProp("A", "custom ones come last");
+    steps.read(R"({"Status":"open"})");
+    steps.set("A", "custom ones come last");
     EXPECT_EQ(textOf(own), R"({"Status":"open","A":"custom ones come last"})");
     own.setCustomProp("A", value::number(std::numeric_limits<double>::infinity()));
     messageOf<std::invalid_argument>([&] { own.toJson(); });
@@ -227,9 +292,9 @@ TEST(Issue, CarriesCustomPropertiesInPartsAsJson) {
     EXPECT_EQ(bytesOf(*multipart->getContent("p.E")->getData()), "\"x\"");
 
     DynamicSchemaBaseClass copy;
-    copy.fromMultiPart(multipartOf({{"Status", "closed"}, {"p.E", "[1]"}}), "p");
+    readParts(copy, {{"Status", "closed"}, {"p.E", "[1]"}}, "p");
     EXPECT_EQ(textOf(copy), R"({"Status":"closed","p.E":[1]})") << "under their full part names";
-    messageOf<json_exception>([&] { copy.fromMultiPart(multipartOf({{"E", "no JSON"}}), ""); });
+    messageOf<json_exception>([&] { readParts(copy, {{"E", "no JSON"}}); });
 }
 
 TEST(Issue, TakesManyCustomPropertiesFromSeveralThreadsAtOnce) {
@@ -255,7 +320,8 @@ TEST(Issue, TakesManyCustomPropertiesFromSeveralThreadsAtOnce) {
 
 TEST(CustomProps, LieInOneTablePerType) {
     using Custom = DynamicSchemaClassWithCustomProps;
-    auto json = value::parse(R"({"a":1.5,"b":2,"c":null,"d":[1],"e":{},"f":"text","g":false})");
+    const std::string all = R"({"a":1.5,"b":2,"c":null,"d":[1],"e":{},"f":"text","g":false})";
+    auto json = value::parse(all);
     Custom custom(json);
     double number = 0;
     int integer = 0;
@@ -273,14 +339,15 @@ TEST(CustomProps, LieInOneTablePerType) {
     custom.fromJson(json);
     EXPECT_EQ(custom.toJson().size(), 4U);
 
-    Custom own;
-    own.setCustomProp("n", "literal");
+    Steps<Custom> steps('O');
+    Custom& own = steps.model;
+    steps.set("n", "literal");
     EXPECT_EQ(textOf(own), R"({"n":"literal"})");
-    own.setCustomProp("n", 1);
+    steps.set("n", 1);
     EXPECT_EQ(textOf(own), R"({"n":1})");
-    own.setCustomProp("n", 2.5);
+    steps.set("n", 2.5);
     EXPECT_EQ(textOf(own), R"({"n":2.5})");
-    own.setCustomProp("n", true);
+    steps.set("n", true);
     EXPECT_EQ(textOf(own), R"({"n":true})");
     EXPECT_TRUE(own.getCustomProp(text, "n"));
     EXPECT_EQ(text, "literal") << "the other tables are not touched";
@@ -291,10 +358,12 @@ TEST(CustomProps, LieInOneTablePerType) {
         parts += part->getName() + "=" + bytesOf(*part->getData()) + " ";
     }
     EXPECT_EQ(parts, "p.n=1 p.n=literal p.n=2.5 p.n=1 ") << "integers, texts, doubles, bools";
-    own.unsetCustomProp("n");
+    steps.unset("n");
     EXPECT_EQ(textOf(own), "{}");
-    own.fromMultiPart(multipartOf({{"p.n", "1"}}), "p");
+    steps.readPart("p.n", "1");
     EXPECT_EQ(textOf(own), R"({"p.n":"1"})") << "parts come back as texts";
+    steps.read(all);
+    EXPECT_EQ(own.toJson().size(), 5U);
 }
 
 TEST(CustomArray, HasTheTypeOfItsFirstElement) {
@@ -308,25 +377,26 @@ TEST(CustomArray, HasTheTypeOfItsFirstElement) {
                                                         {"[[1],1]", "[]"},
                                                         {"{\"a\":1}", "[]"}};
     for (const auto& [text, kept] : rows) {
+        const Steps<DynamicSchemaArrayWithCustomProps> steps('A', text);
         auto json = value::parse(text);
         const DynamicSchemaArrayWithCustomProps array(json);
         EXPECT_EQ(textOf(array), kept) << text;
         EXPECT_EQ(array.size(), static_cast<int>(value::parse(kept).size())) << text;
     }
-    auto json = value::parse("[1,2,3]");
-    DynamicSchemaArrayWithCustomProps array(json);
+    Steps<DynamicSchemaArrayWithCustomProps> steps('A', "[1,2,3]");
+    auto& array = steps.model;
     for (const int nowhere : {5, 3, -1, std::numeric_limits<int>::min()}) {
-        array.remove(nowhere);
+        steps.remove(nowhere);
     }
-    array.remove(1);
+    steps.remove(1);
     array.getInt(0) = 7;
     array.setInt(1, 8);
     EXPECT_EQ(textOf(array), "[7,8]");
-    array.fromJson(json);
+    steps.read("[1,2,3]");
     EXPECT_EQ(textOf(array), "[7,8,1,2,3]") << "reading appends";
-    array.setTypeForArray(value::parse("[\"x\"]"));
+    steps.setTypeForArray("[\"x\"]");
     EXPECT_EQ(array.size(), 0) << "of that type";
-    array.setTypeForVal(value::number(1));
+    steps.setTypeForVal("1");
     EXPECT_EQ(array.size(), 5);
 }
 
@@ -350,23 +420,26 @@ TEST(CustomArray, NamesItsPartsByTypeAndIndex) {
         array.fromMultiPart(multipart, "p");
         EXPECT_EQ(textOf(array), json.serialize()) << "nothing is read back";
     }
+}
+
+TEST(CustomArray, SetsElementsOfEachType) {
+    using Array = DynamicSchemaArrayWithCustomProps;
+    const auto lastSet = [](const std::string& text, auto get, auto set) {
+        Steps<Array> steps('A', text);
+        steps.setLastToFirst(get, set);
+        return textOf(steps.model);
+    };
+    EXPECT_EQ(lastSet("[1,2,3]", &Array::getInt, &Array::setInt), "[1,2,1]");
+    EXPECT_EQ(lastSet("[1.5,2.5]", &Array::getDouble, &Array::setDouble), "[1.5,1.5]");
+    EXPECT_EQ(lastSet("[false,true]", &Array::getBool, &Array::setBool), "[false,false]");
+    EXPECT_EQ(lastSet(R"(["a","b"])", &Array::getStr, &Array::setStr), R"(["a","a"])");
+    EXPECT_EQ(lastSet(R"([{"a":1},{"b":2}])", &Array::getObj, &Array::setObj), R"([{"a":1},{"a":1}])");
+
     auto json = value::parse(R"([{"a":1}])");
-    DynamicSchemaArrayWithCustomProps objects(json);
-    objects.setObj(0, DynamicSchemaClassWithCustomProps());
+    Array objects(json);
+    objects.getObj(0) = DynamicSchemaClassWithCustomProps();
     objects.getObj(0).setCustomProp("b", 2);
     EXPECT_EQ(textOf(objects), R"([{"b":2}])");
-    json = value::parse("[true]");
-    DynamicSchemaArrayWithCustomProps bools(json);
-    bools.setBool(0, false);
-    EXPECT_EQ(bools.getBool(0), 0);
-    json = value::parse("[\"a\"]");
-    DynamicSchemaArrayWithCustomProps texts(json);
-    texts.setStr(0, "b");
-    EXPECT_EQ(texts.getStr(0), "b");
-    json = value::parse("[1.5]");
-    DynamicSchemaArrayWithCustomProps doubles(json);
-    doubles.setDouble(0, 2.5);
-    EXPECT_EQ(doubles.getDouble(0), 2.5);
 }
 
 } // namespace

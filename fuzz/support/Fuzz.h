@@ -14,7 +14,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
-/// What the fuzz targets share. Inputs are kept readable, so that seeds can be written by hand.
+/// What the fuzz targets share. Inputs are texts as far as they can be, for those who read a finding.
 namespace forms_fuzz {
 
 /// Ends the process, which is what the fuzzer takes for a finding.

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <unistd.h>
 
-/// Runs a fuzz target without a fuzzer: over every file of its corpus, and over as many mutations of them as asked for,
+/// Runs a fuzz target without a fuzzer: over every seed, and over as many mutations of them as asked for,
 /// the same in every run.
 
 namespace {
@@ -29,7 +29,7 @@ void run(const std::string& input) {
     LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(current.data()), current.size());
 }
 
-std::string mutated(std::string bytes, const std::vector<std::string>& corpus, std::mt19937& random) {
+std::string mutated(std::string bytes, const std::vector<std::string>& seeds, std::mt19937& random) {
     const auto below = [&random](std::size_t bound) { return bound == 0 ? 0 : random() % bound; };
     for (std::size_t times = 1 + below(4); times != 0; --times) {
         const std::size_t at = below(bytes.size() + 1);
@@ -50,7 +50,7 @@ std::string mutated(std::string bytes, const std::vector<std::string>& corpus, s
             }
             break;
         default:
-            const std::string& other = corpus[below(corpus.size())];
+            const std::string& other = seeds[below(seeds.size())];
             bytes = bytes.substr(0, at) + other.substr(below(other.size()));
         }
     }
@@ -61,32 +61,32 @@ std::string mutated(std::string bytes, const std::vector<std::string>& corpus, s
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        std::fprintf(stderr, "usage: %s CORPUS-DIRECTORY MUTATIONS\n", argv[0]);
+        std::fprintf(stderr, "usage: %s SEEDS-DIRECTORY MUTATIONS\n", argv[0]);
         return 2;
     }
     std::signal(SIGABRT, tellInput);
-    std::vector<std::string> corpus;
+    std::vector<std::string> seeds;
     std::error_code missing;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1], missing)) {
         std::ostringstream bytes;
         bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-        corpus.push_back(bytes.str());
+        seeds.push_back(bytes.str());
     }
-    if (corpus.empty()) {
-        std::fprintf(stderr, "no corpus in %s\n", argv[1]);
+    if (seeds.empty()) {
+        std::fprintf(stderr, "no seeds in %s\n", argv[1]);
         return 1;
     }
     // The order of a directory is not the same everywhere.
-    std::sort(corpus.begin(), corpus.end());
+    std::sort(seeds.begin(), seeds.end());
     run("");
-    for (const auto& input : corpus) {
+    for (const auto& input : seeds) {
         run(input);
     }
     std::mt19937 random;
     const unsigned long mutations = std::strtoul(argv[2], nullptr, 10);
     for (unsigned long i = 0; i < mutations; ++i) {
-        run(mutated(corpus[random() % corpus.size()], corpus, random));
+        run(mutated(seeds[random() % seeds.size()], seeds, random));
     }
-    std::printf("%zu files, %lu mutations\n", corpus.size(), mutations);
+    std::printf("%zu files, %lu mutations\n", seeds.size(), mutations);
     return 0;
 }
