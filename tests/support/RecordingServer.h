@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -81,6 +82,9 @@ public:
     /// Scripts the reply to every request that finds the queue empty.
     void replyAlways(Reply reply);
 
+    /// From now on, requests are recorded without their bodies, which then take no memory.
+    void forgetBodies() { m_ForgetsBodies = true; }
+
     /// How many connections came in so far.
     std::size_t connections() const;
     /// All requests so far.
@@ -111,6 +115,7 @@ private:
     int m_Listener = -1;
     int m_Stop = -1;
     int m_Port = 0;
+    std::atomic<bool> m_ForgetsBodies{false};
     mutable std::mutex m_Mutex;
     mutable std::condition_variable m_Arrived;
     std::deque<Reply> m_Replies;
