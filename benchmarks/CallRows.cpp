@@ -25,6 +25,7 @@ using VarnelAPI::Forms::api::FileApi;
 using VarnelAPI::Forms::model::HttpContent;
 using VarnelAPI::Forms::model::MultipartFormData;
 using web::http::http_response;
+using web::http::client::http_client;
 using web::json::value;
 
 constexpr const char* userAgent = "benchmark";
@@ -43,9 +44,9 @@ std::shared_ptr<BaseClassApi> issuesApi() {
     return std::make_shared<BaseClassApi>(clientOf(serverUrl()));
 }
 
-/// A call as one writes it by hand: the same request, on a fresh client.
-pplx::task<http_response> requestByHand(const std::string& path, const char* accept, bool selects) {
-    web::http::client::http_client client(serverUrl());
+/// A call as one writes it by hand: the same request, on a fresh client unless one is given.
+pplx::task<http_response> requestByHand(const std::string& path, const char* accept, bool selects,
+                                        http_client client = http_client(serverUrl())) {
     web::http::http_request request(web::http::methods::GET);
     request.headers().add("Accept", accept);
     request.headers().add("Authorization", credentials);
@@ -63,8 +64,8 @@ pplx::task<http_response> requestByHand(const std::string& path, const char* acc
     });
 }
 
-pplx::task<value> getByHand() {
-    return requestByHand("issue/DynamicSchema/BaseClass/1/", "application/json", true)
+pplx::task<value> getByHand(const http_client& client) {
+    return requestByHand("issue/DynamicSchema/BaseClass/1/", "application/json", true, client)
         .then([](const http_response& response) { return response.extract_string(); })
         .then([](const std::string& text) { return value::parse(text); });
 }
@@ -84,18 +85,24 @@ Operation atOnce(std::size_t count, Call call) {
     };
 }
 
+Operation getting(std::size_t count) {
+    return atOnce(count, [api = issuesApi()] {
+        return api->get_DynamicSchemaBaseClass_instanceId(locations::issue, "1", std::string(selection));
+    });
+}
+
 Row gets(const std::string& name, std::size_t count) {
-    return {name,
-            [count] {
-                return atOnce(count, [api = issuesApi()] {
-                    return api->get_DynamicSchemaBaseClass_instanceId(locations::issue, "1", std::string(selection));
-                });
-            },
+    return {name, [count] { return getting(count); },
             [count] {
                 serverUrl();
-                return atOnce(count, getByHand);
+                return atOnce(count, [] { return getByHand(http_client(serverUrl())); });
             },
             true};
+}
+
+/// On a client, and so on a connection, that is kept.
+Operation gettingByHandOnOne() {
+    return atOnce(1, [client = http_client(serverUrl())] { return getByHand(client); });
 }
 
 Operation selecting() {
@@ -165,7 +172,7 @@ Operation sendingByHand() {
         std::string copy = fileBytes();
         request.set_body(concurrency::streams::bytestream::open_istream(std::move(copy)), fileSize);
         request.set_request_uri(web::uri("/Varnel.Forms--issue/"));
-        benchmark::DoNotOptimize(web::http::client::http_client(serverUrl()).request(request).get());
+        benchmark::DoNotOptimize(http_client(serverUrl()).request(request).get());
     };
 }
 
@@ -184,6 +191,7 @@ Operation copying() {
 std::vector<Row> callRows() {
     return {
         gets("get", 1),
+        {"get-kept", [] { return getting(1); }, gettingByHandOnOne},
         gets("get-64", 64),
         {"select", selecting, parsing},
         {"select-memory", selecting, parsing, true},

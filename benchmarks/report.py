@@ -12,6 +12,7 @@ import sys
 # and of instructions alike. CPU time and instructions are printed without a goal too.
 ROWS = {
     "get": ("get of 1 KB, one after the other / by hand", {"wall": 1.05, "cpu": 1.05, "instructions": 1.15}),
+    "get-kept": ("the same / by hand on a kept connection", {"wall": None}),
     "get-64": ("64 gets of 1 KB at once / by hand", {"wall": 1.05, "cpu": 1.05, "instructions": 1.15}),
     "select": ("select of 1,000 issues, call to model / parse", {"cpu": 1.9, "instructions": 1.2}),
     "select-memory": ("the same / parse", {"peak": 1.35}),
