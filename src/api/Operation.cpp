@@ -96,7 +96,12 @@ bool Answer::isExpected() const {
 
 void Answer::check(const pplx::task<http_response>& ready) const {
     if (!arrived->has_value() || isExpected()) {
-        ready.get();
+        try {
+            ready.get();
+        } catch (const std::runtime_error& error) {
+            // Of a body that can't be decompressed. All else is an http_exception already, which is none of these.
+            throw web::http::http_exception(to_string_t(error.what()));
+        }
         return;
     }
     try {
@@ -155,9 +160,11 @@ Operation& Operation::fill(const utility::char_t* placeholder, const utility::st
                                     "\"..\" as a segment");
     }
     const utility::string_t braced = _XPLATSTR("{") + utility::string_t(placeholder) + _XPLATSTR("}");
-    const utility::string_t text = ApiClient::parameterToString(value);
-    for (auto at = m_Path.find(braced); at != utility::string_t::npos; at = m_Path.find(braced, at + text.size())) {
+    const auto at = m_Path.find(braced, m_Filled);
+    if (at != utility::string_t::npos) {
+        const utility::string_t text = ApiClient::parameterToString(value);
         m_Path.replace(at, braced.size(), text);
+        m_Filled = at + text.size();
     }
     return *this;
 }

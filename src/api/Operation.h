@@ -81,7 +81,9 @@ public:
     Operation(const std::shared_ptr<ApiClient>& client, const char* api, const char* name,
               const utility::string_t& method, const utility::string_t& path);
 
-    /// Replaces "{placeholder}" by the value as it stands: a caller percent-encodes what needs it.
+    /// Replaces "{placeholder}" by the value as it stands: a caller percent-encodes what needs it. Placeholders are
+    /// filled from left to right, and nothing in a value is one: with its braces it is no path. Without one of that
+    /// name, nothing happens.
     /// @throws std::invalid_argument for a value that would silently address something else: one that holds "?" or
     ///     "#", or has a segment "." or "..".
     Operation& fill(const utility::char_t* placeholder, const utility::string_t& value);
@@ -131,6 +133,8 @@ private:
     Answer m_Answer;
     utility::string_t m_Method;
     utility::string_t m_Path;
+    /// Where the last value that was filled in ends.
+    std::size_t m_Filled = 0;
     std::map<utility::string_t, utility::string_t> m_Query;
     std::map<utility::string_t, utility::string_t> m_Headers;
     std::shared_ptr<model::IHttpBody> m_Body;
