@@ -3,6 +3,7 @@
 #include <cpprest/producerconsumerstream.h>
 
 #include <limits>
+#include <memory>
 
 namespace VarnelAPI::Forms::api::detail {
 
@@ -15,39 +16,56 @@ namespace {
 using LibraryBuffer = concurrency::streams::details::basic_producer_consumer_buffer<uint8_t>;
 
 /// The buffer that the HTTP library itself would use. It is written to in threads that catch nothing, and it is asked
-/// to write almost 2^64 bytes when the service sends a chunk of negative length.
+/// to write almost 2^64 bytes when the service sends a chunk of negative length. Until somebody has looked at the
+/// response, and may have discarded its body, little of it is taken: the transfer waits.
 class ResponseBuffer final : public LibraryBuffer {
 public:
     ResponseBuffer() : LibraryBuffer(512) {}
 
+    void release() const { m_Release.set(); }
+
 private:
+    static constexpr std::size_t ahead = 65536;
+
     pplx::task<std::size_t> _putn(const uint8_t* data, std::size_t size) override {
         try {
             if (size > static_cast<std::size_t>(std::numeric_limits<int32_t>::max())) {
                 throw http_exception(_XPLATSTR("a chunk of the response has a negative length"));
             }
-            return LibraryBuffer::_putn(data, size);
+            m_Taken += size;
+            if (m_Taken <= ahead || m_Released.is_done()) {
+                return LibraryBuffer::_putn(data, size);
+            }
+            const auto self = std::static_pointer_cast<ResponseBuffer>(this->shared_from_this());
+            return m_Released.then([self, data, size] { return self->LibraryBuffer::_putn(data, size); });
         } catch (...) {
             return pplx::task_from_exception<std::size_t>(std::current_exception());
         }
     }
+
+    uint64_t m_Taken = 0;
+    pplx::task_completion_event<void> m_Release;
+    pplx::task<void> m_Released{m_Release};
 };
 
 class ResponseBody final : public concurrency::streams::streambuf<uint8_t> {
 public:
-    ResponseBody() : streambuf(std::make_shared<ResponseBuffer>()) {}
+    explicit ResponseBody(const std::shared_ptr<ResponseBuffer>& buffer) : streambuf(buffer) {}
 };
 
 } // namespace
 
 pplx::task<http_response> exchange(web::http::client::http_client& client, http_request request,
                                    OnResponse onResponse) {
-    ResponseBody body;
+    const auto buffer = std::make_shared<ResponseBuffer>();
+    const ResponseBody body(buffer);
     request.set_response_stream(body.create_ostream());
     // Made before the request is sent: a transfer that fails at once closes the buffer, which then gives no stream.
     const auto content = body.create_istream();
     return client.request(request, pplx::cancellation_token::none())
-        .then([content, onResponse = std::move(onResponse)](const http_response& response) {
+        .then([buffer, content, onResponse = std::move(onResponse)](const http_response& response) {
+            const auto releasing = [&buffer](const void*) { buffer->release(); };
+            const std::unique_ptr<const void, decltype(releasing)> atTheEnd(&response, releasing);
             response._get_impl()->set_instream(content);
             return onResponse(response);
         });
