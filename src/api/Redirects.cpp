@@ -1,5 +1,9 @@
 #include "Redirects.h"
 
+#if !defined(_WIN32)
+#include <openssl/crypto.h>
+#endif
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -15,6 +19,11 @@ using web::http::client::http_client;
 using web::http::client::http_client_config;
 
 namespace {
+
+#if !defined(_WIN32)
+/// When the process ends, OpenSSL would take away by itself what calls in flight still use, and they would crash.
+[[maybe_unused]] const int keptToTheEnd = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
+#endif
 
 constexpr web::http::status_code permanentRedirect = 308;
 
@@ -152,7 +161,12 @@ private:
 http_client makeClient(const ApiConfiguration& configuration) {
     http_client_config settings = configuration.getHttpConfig();
     settings.set_max_redirects(0);
-    return {configuration.getBaseUrl(), settings};
+    const web::uri base(configuration.getBaseUrl());
+    if (!base.fragment().empty()) {
+        throw std::invalid_argument("the base URL \"" + utility::conversions::to_utf8string(base.to_string()) +
+                                    "\" has a fragment");
+    }
+    return {base, settings};
 }
 
 pplx::task<http_response> send(const ApiConfiguration& configuration, Call call, OnResponse onResponse) {
