@@ -89,7 +89,7 @@ utility::string_t ApiClient::parameterToString(bool value) {
 }
 
 utility::string_t ApiClient::parameterToString(const utility::datetime& value) {
-    return value.to_string(utility::datetime::ISO_8601);
+    return model::detail::dateText(value);
 }
 
 } // namespace VarnelAPI::Forms::api

@@ -29,6 +29,11 @@ std::string requiredBytes(const std::shared_ptr<HttpContent>& content);
 /// @throws std::invalid_argument that says that `what` holds CR, LF or NUL.
 void refuseControlCharacters(const utility::string_t& text, const std::string& what);
 
+/// The date as everything that is sent has it.
+/// @throws std::out_of_range after 9999-12-31T23:59:59Z: the HTTP library refuses some of these dates, and makes others
+///     of the rest.
+utility::string_t dateText(const utility::datetime& date);
+
 /// The working prefix of part names: as given, ended by "." unless it is empty or ends in one.
 utility::string_t partPrefix(utility::string_t namePrefix);
 

@@ -21,6 +21,7 @@ std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& c
     if (!data) {
         throw std::invalid_argument("the content \"" + to_utf8string(content->getName()) + "\" has no data stream");
     }
+    bufferOf(*data);
     return data;
 }
 
@@ -35,6 +36,14 @@ void refuseControlCharacters(const utility::string_t& text, const std::string& w
     }
 }
 
+utility::string_t dateText(const utility::datetime& date) {
+    constexpr utility::datetime::interval_type last = 2650467743990000000; // 9999-12-31T23:59:59Z
+    if (date.to_interval() > last) {
+        throw std::out_of_range("a date after 9999-12-31T23:59:59Z can't be written");
+    }
+    return date.to_string(utility::datetime::ISO_8601);
+}
+
 utility::string_t partPrefix(utility::string_t namePrefix) {
     if (!namePrefix.empty() && namePrefix.back() != _XPLATSTR('.')) {
         namePrefix += _XPLATSTR('.');
@@ -43,6 +52,8 @@ utility::string_t partPrefix(utility::string_t namePrefix) {
 }
 
 web::json::value parseJson(const utility::string_t& text) {
+    // A number that is the whole text is read as the locale of the host's thread would have it.
+    const utility::details::scoped_c_thread_locale locale;
     return decoding([&text] { return web::json::value::parse(text); });
 }
 
@@ -146,8 +157,7 @@ web::json::value ModelBase::toJson(bool value) {
 }
 
 web::json::value ModelBase::toJson(const utility::datetime& value) {
-    return value.is_initialized() ? toJson(value.to_string(utility::datetime::ISO_8601))
-                                  : toJson(_XPLATSTR("1970-01-01T00:00:00Z"));
+    return value.is_initialized() ? toJson(detail::dateText(value)) : toJson(_XPLATSTR("1970-01-01T00:00:00Z"));
 }
 
 web::json::value ModelBase::toJson(std::shared_ptr<HttpContent> value) {
@@ -236,11 +246,12 @@ std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& n
 
 std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& name, const utility::datetime& value,
                                                       const utility::string_t& contentType) {
-    return toHttpContent(name, value.to_string(utility::datetime::ISO_8601), contentType);
+    return toHttpContent(name, detail::dateText(value), contentType);
 }
 
 std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& name, const web::json::value& value,
                                                       const utility::string_t& contentType) {
+    detail::requireFinite(value);
     return toHttpContent(name, value.serialize(), contentType);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 namespace VarnelAPI::Forms::model::detail {
 
@@ -43,20 +44,38 @@ private:
 };
 
 /// Goes to the start by the buffer itself: the stream may stand at its end, or be set to throw.
-void rewind(std::istream& stream) {
-    stream.rdbuf()->pubseekoff(0, std::ios_base::beg, std::ios_base::in);
+std::streambuf& rewound(std::istream& stream) {
+    std::streambuf& buffer = bufferOf(stream);
+    buffer.pubseekoff(0, std::ios_base::beg, std::ios_base::in);
+    return buffer;
+}
+
+/// Whether there is nothing more to read, or no way to read it.
+bool isAtEnd(std::streambuf& buffer) {
+    try {
+        return buffer.sgetc() == std::char_traits<char>::eof();
+    } catch (...) {
+        return true;
+    }
 }
 
 } // namespace
+
+std::streambuf& bufferOf(std::istream& stream) {
+    if (stream.rdbuf() == nullptr) {
+        throw std::invalid_argument("the stream has no buffer");
+    }
+    return *stream.rdbuf();
+}
 
 std::shared_ptr<std::istream> streamOf(std::string bytes) {
     return std::make_shared<OwnedBytesStream>(std::move(bytes));
 }
 
 std::size_t sizeOf(std::istream& stream) {
-    const std::streamoff end = stream.rdbuf()->pubseekoff(0, std::ios_base::end, std::ios_base::in);
-    rewind(stream);
-    return end > 0 ? static_cast<std::size_t>(end) : 0;
+    const std::streamoff end = bufferOf(stream).pubseekoff(0, std::ios_base::end, std::ios_base::in);
+    // A directory opens like a file, and claims to be as large as can be.
+    return end > 0 && !isAtEnd(rewound(stream)) ? static_cast<std::size_t>(end) : 0;
 }
 
 std::string readAll(std::istream& stream) {
@@ -70,16 +89,15 @@ std::string readAll(std::istream& stream) {
 }
 
 void copyAll(std::istream& source, std::ostream& target) {
-    rewind(source);
-    std::streambuf& buffer = *source.rdbuf();
+    std::streambuf& buffer = rewound(source);
     std::array<char, 16384> block; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
     std::streamsize size = 0;
     do {
         try {
             // No more at once than what is there: a read that fails would take with it what came before.
-            const bool isAtEnd = buffer.sgetc() == std::char_traits<char>::eof();
+            const bool ended = isAtEnd(buffer);
             const auto there = std::clamp<std::streamsize>(buffer.in_avail(), 1, block.size());
-            size = isAtEnd ? 0 : buffer.sgetn(block.data(), there);
+            size = ended ? 0 : buffer.sgetn(block.data(), there);
         } catch (...) {
             size = 0; // An error ends the data.
         }

@@ -11,13 +11,16 @@ namespace VarnelAPI::Forms::model::detail {
 /// A readable, seekable stream over bytes that it was given to own. A string stream would copy them.
 std::shared_ptr<std::istream> streamOf(std::string bytes);
 
+/// @throws std::invalid_argument if the stream has no buffer.
+std::streambuf& bufferOf(std::istream& stream);
+
 /// All bytes of a stream, from its start, whatever its state. A stream that can't seek is read from where it stands.
 std::string readAll(std::istream& stream);
 
 /// Copies all bytes of a stream, from its start to its end or to where it can't be read, into `target`.
 void copyAll(std::istream& source, std::ostream& target);
 
-/// The number of bytes in a stream, or 0 if it can't tell.
+/// The number of bytes in a stream, or 0 if it can't tell or can't be read.
 std::size_t sizeOf(std::istream& stream);
 
 /// Appends everything that is written to it to a string.

@@ -42,7 +42,7 @@ public:
     virtual void setData(std::shared_ptr<std::istream> value);
 
     /// Writes the data, from its start to its end, without any header. The data stream is left at its end.
-    /// @throws std::invalid_argument if there is no data stream.
+    /// @throws std::invalid_argument if there is no data stream, or it has no buffer.
     virtual void writeTo(std::ostream& stream);
 
 private:

@@ -33,8 +33,8 @@ public:
 
     /// Adds the model's properties to `multipart`, one part each, named `namePrefix` (with a "." if it does not end
     /// in one) and the key. A nested model's parts begin with its own key only: prefixes do not add up.
-    /// @throws std::invalid_argument if `multipart` is an empty pointer, or for a list with a number that is infinite
-    ///     or not a number.
+    /// @throws std::invalid_argument if `multipart` is an empty pointer, or for a list, or a property that goes out as
+    ///     JSON, with a number that is infinite or not a number.
     /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     virtual void toMultipart(std::shared_ptr<MultipartFormData> multipart,
                              const utility::string_t& namePrefix) const = 0;
@@ -59,7 +59,7 @@ public:
     /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     static web::json::value toJson(const utility::datetime& value);
     /// An object with "ContentDisposition", "ContentType", "FileName" and "InputStream", the whole data in Base64.
-    /// @throws std::invalid_argument if the pointer, or its data stream, is empty.
+    /// @throws std::invalid_argument if the pointer, or its data stream, is empty, or the stream has no buffer.
     static web::json::value toJson(std::shared_ptr<HttpContent> value);
     /// The model's own JSON; null for an empty pointer.
     static web::json::value toJson(std::shared_ptr<ModelBase> value);
@@ -96,13 +96,14 @@ public:
     /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const utility::datetime& value,
                                                       const utility::string_t& contentType = utility::string_t());
+    /// @throws std::invalid_argument for a number in `value` that is infinite or not a number.
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const web::json::value& value,
                                                       const utility::string_t& contentType = utility::string_t());
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, int32_t value,
                                                       const utility::string_t& contentType = utility::string_t());
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, int64_t value,
                                                       const utility::string_t& contentType = utility::string_t());
-    /// Six significant digits, in the shorter of fixed and scientific notation.
+    /// Six significant digits, in the shorter of fixed and scientific notation; "inf", "-inf" or "nan".
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, double value,
                                                       const utility::string_t& contentType = utility::string_t());
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, bool value,
@@ -114,9 +115,9 @@ public:
     /// @}
 
     /// @name From a part of a multipart body
-    /// All throw std::invalid_argument for an empty pointer or a content without data. A number is read like by an
-    /// input stream in the classic locale: leading blanks and what follows it are skipped, and an unreadable or too
-    /// large one gives 0 (false).
+    /// All throw std::invalid_argument for an empty pointer, or a content without data or whose stream has no buffer. A
+    /// number is read like by an input stream in the classic locale: leading blanks and what follows it are skipped,
+    /// and an unreadable or too large one gives 0 (false).
     /// @{
     static utility::string_t stringFromHttpContent(std::shared_ptr<HttpContent> val);
     static int32_t int32_tFromHttpContent(std::shared_ptr<HttpContent> val);
