@@ -125,17 +125,21 @@ void call(char operation, const std::shared_ptr<api::ApiClient>& client) {
 
 } // namespace
 
-/// A letter that says which operation is called, and the bytes that it gets for a response.
+/// A letter that says which operation is called, and the bytes that it gets for a response. Before it may stand "z":
+/// the client then asks for compressed responses.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static Server server;
     forms_fuzz::Input input(data, size);
-    const char operation = input.letter();
+    char operation = input.letter();
+    const bool decodes = operation == 'z';
+    operation = decodes ? input.letter() : operation;
     const std::string answer = input.rest();
     server.answerWith(answer);
 
     const auto configuration = std::make_shared<api::ApiConfiguration>();
     configuration->setBaseUrl(server.url());
     configuration->getHttpConfig().set_timeout(std::chrono::seconds(2));
+    configuration->getHttpConfig().set_request_compressed_response(decodes);
     // A redirect that names a host, which takes a "//", would leave this machine. Others come back to the server.
     configuration->getHttpConfig().set_max_redirects(answer.find("//") == std::string::npos ? 10 : 0);
     try {

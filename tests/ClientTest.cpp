@@ -95,10 +95,12 @@ protected:
 
 TEST_F(ClientTest, SendsMethodPathQueryAndHeaders) {
     const Request request = requestOf("/p/q?fixed=1", "PATCH", Texts{{"b", "2 &"}, {"a", "1/ü"}}, nullptr,
-                                      Texts{{"X-Two", "2"}, {"X-One", "1"}});
+                                      Texts{{"X-Two", "2"}, {"X-One", "1"}, {"X-Text", "a ü  \"b;"}});
     EXPECT_EQ(request.method, "PATCH");
     EXPECT_EQ(request.target, "/base/p/q?fixed=1&a=1/%C3%BC&b=2%20%26");
     EXPECT_EQ(request.header("X-One") + request.header("X-Two"), "12");
+    EXPECT_EQ(request.header("X-Text"), "a ü  \"b;");
+    EXPECT_EQ(requestOf("/p", "GET", Texts(), nullptr, Texts{{"X-a", "1"}, {"x-A", "2"}}).header("X-A"), "1, 2");
     EXPECT_EQ(request.header("User-Agent"), "forms-test/1");
     EXPECT_FALSE(request.has("Content-Type"));
     EXPECT_EQ(request.body, "");
@@ -273,6 +275,16 @@ TEST_F(ClientTest, SendsWhatAFileYieldsAndTheRestOfTheBody) {
     }
 }
 
+TEST_F(ClientTest, SendsADirectoryAsAnEmptyFile) {
+    // It opens like a file, claims to be as large as can be, and can't be read.
+    const auto directory = ModelBase::toHttpContent("f", "");
+    directory->setData(std::make_shared<std::ifstream>(testing::TempDir()));
+    const Request request = requestOf("/p", "POST", Texts(), nullptr, Texts(), Texts{{"after", "rest"}},
+                                      Files{{"f", directory}}, "multipart/form-data");
+    EXPECT_EQ(request.body, "--B\r\nContent-Disposition: form-data; name=\"after\"\r\n\r\nrest\r\n--B\r\n"
+                            "Content-Disposition: form-data; name=\"f\"\r\n\r\n\r\n--B--\r\n");
+}
+
 TEST_F(ClientTest, ReadsTheBodyInAllItsWays) {
     const auto readToEnd = [this] {
         concurrency::streams::container_buffer<std::string> target;
@@ -298,6 +310,20 @@ TEST_F(ClientTest, OpensAConnectionForEachCallAndClosesIt) {
         EXPECT_EQ(server.connections(), calls);
         EXPECT_TRUE(server.waitForCloses(calls));
     }
+    // Also where a body is not read, or not wanted.
+    const Reply kept = Reply::of(200, "OK", "Content-Type: text/html\r\n", "x").endingWith(Reply::Ending::KeepOpen);
+    const SchemaApi schemas(client);
+    server.reply(kept);
+    call("/p", "GET").get();
+    EXPECT_TRUE(server.waitForCloses(4));
+    server.reply(kept);
+    messageOf<ApiException>([&] { schemas.get_SchemasSchema_instanceId("L", "i").get(); });
+    EXPECT_TRUE(server.waitForCloses(5));
+    server.reply(Reply::redirect(302, "/base/next").endingWith(Reply::Ending::KeepOpen));
+    server.reply(Reply::of(200, "OK", "", "x").endingWith(Reply::Ending::KeepOpen));
+    schemas.delete_SchemasSchema_instanceId("L", "i").get();
+    EXPECT_TRUE(server.waitForCloses(7));
+    EXPECT_EQ(server.connections(), 7U);
 }
 
 TEST_F(ClientTest, LeavesEveryStatusToTheCaller) {
@@ -331,9 +357,9 @@ TEST_F(ClientTest, FollowsRedirectsOfItsServiceWithAllHeaders) {
         int status;
         std::string method;
         std::string thenMethod;
-    } rows[] = {{301, "GET", "GET"},       {301, "POST", "GET"}, {302, "POST", "GET"},
-                {302, "DELETE", "DELETE"}, {303, "POST", "GET"}, {303, "PUT", "GET"},
-                {307, "POST", "POST"},     {308, "PUT", "PUT"},  {307, "GET", "GET"}};
+    } rows[] = {{301, "GET", "GET"},  {301, "POST", "GET"}, {302, "POST", "GET"},  {302, "DELETE", "DELETE"},
+                {303, "POST", "GET"}, {303, "PUT", "GET"},  {307, "POST", "POST"}, {308, "PUT", "PUT"},
+                {307, "GET", "GET"},  {301, "PUT", "PUT"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(std::to_string(row.status) + " " + row.method);
         const bool hasBody = row.method[0] == 'P';
@@ -353,6 +379,10 @@ TEST_F(ClientTest, FollowsRedirectsOfItsServiceWithAllHeaders) {
         EXPECT_EQ(second.body, keepsBody ? "bytes" : "");
         EXPECT_EQ(second.header("Content-Type"), keepsBody ? "t/t" : "");
     }
+    server.reply(Reply::redirect(303, "/base/new"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "HEAD").get();
+    EXPECT_EQ(server.requests().back().method + server.requests().back().target, "HEAD/base/new");
 }
 
 TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {

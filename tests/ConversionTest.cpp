@@ -1,7 +1,9 @@
 #include "support/Seeds.h"
 #include "support/ServiceTest.h"
 
+#include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -59,6 +61,14 @@ TEST(ToJson, WritesEachTypeAsItsJsonText) {
     }
     for (const double number : {infinity, -infinity, std::nan("")}) {
         messageOf<std::invalid_argument>([=] { ModelBase::toJson(number); });
+        messageOf<std::invalid_argument>([=] { ModelBase::toHttpContent("n", value(number), "a/j"); });
+    }
+    const uint64_t last = date("9999-12-31T23:59:59Z").to_interval();
+    for (const uint64_t ticks : {last + 1, last + 10000000, uint64_t{1} << 62U, uint64_t{1} << 63U, ~uint64_t{0}}) {
+        const auto late = utility::datetime::from_interval(ticks);
+        messageOf<std::out_of_range>([=] { ModelBase::toJson(late); });
+        messageOf<std::out_of_range>([=] { ModelBase::toHttpContent("n", late); });
+        messageOf<std::out_of_range>([=] { api::ApiClient::parameterToString(late); });
     }
 }
 
@@ -135,6 +145,8 @@ TEST(ToHttpContent, HoldsEachTypeAsItsText) {
         {ModelBase::toHttpContent("n", 2.5), "n|form-data|||2.5"},
         {ModelBase::toHttpContent("n", 1e21), "n|form-data|||1e+21"},
         {ModelBase::toHttpContent("n", 1234567.0), "n|form-data|||1.23457e+06"},
+        {ModelBase::toHttpContent("n", -infinity), "n|form-data|||-inf"},
+        {ModelBase::toHttpContent("n", std::nan("")), "n|form-data|||nan"},
         {ModelBase::toHttpContent("n", true), "n|form-data|||1"},
         {ModelBase::toHttpContent("n", false), "n|form-data|||0"},
     };
@@ -289,9 +301,11 @@ class Commas : public std::numpunct<char> {
 
 TEST(Locale, OfTheHostChangesNothingOnTheWire) {
     const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+    setenv("LOCPATH", FORMS_TEST_LOCALES, 1);
+    EXPECT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
     std::ostringstream probe;
-    probe << 1234.5;
-    EXPECT_EQ(probe.str(), "1.234,5") << "the locale is in force";
+    probe << 1234.5 << ' ' << std::to_string(2.5);
+    EXPECT_EQ(probe.str(), "1.234,5 2,500000") << "the locales are in force";
 
     EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int32_t{1234567})), "n|form-data|||1234567");
     EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int64_t{5000000000})), "n|form-data|||5000000000");
@@ -300,16 +314,20 @@ TEST(Locale, OfTheHostChangesNothingOnTheWire) {
               "n|form-data|||2024-02-29T12:34:56Z");
     EXPECT_EQ(ModelBase::doubleFromHttpContent(part("1234.5")), 1234.5);
     EXPECT_EQ(ModelBase::int32_tFromHttpContent(part("1234567")), 1234567);
+    EXPECT_EQ(ModelBase::valueFromHttpContent(part("2.5")).serialize(), "2.5");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", value(2.5), "a/j")), "n|form-data|a/j||2.5");
     EXPECT_EQ(api::ApiClient::parameterToString(int32_t{1234567}), "1234567");
     EXPECT_EQ(api::ApiClient::parameterToString(1234.5), "1234.500000");
     DynamicSchemaBaseClass issue;
-    auto json = value::parse(R"({"KeldaroServer":"a","Latitude":1234.5})");
+    auto json = value::parse(R"({"Latitude":1234.5,"_ModelViewDefinition":"{\"cameraInfo\":{\"extents\":[1.5]}}"})");
     issue.fromJson(json);
-    EXPECT_EQ(issue.toJson().serialize(), R"({"KeldaroServer":"a","Latitude":1234.5})");
+    EXPECT_EQ(issue.toJson().serialize(),
+              R"({"Latitude":1234.5,"_ModelViewDefinition":"{\"cameraInfo\":{\"extents\":[1.5]}}"})");
     std::ostringstream body;
     MultipartFormData("B").writeTo(body);
     EXPECT_EQ(body.str(), "\r\n--B--\r\n");
     EXPECT_EQ(MultipartFormData().getBoundary().size(), 36U);
+    std::setlocale(LC_ALL, "C");
     std::locale::global(before);
 }
 

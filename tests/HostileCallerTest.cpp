@@ -1,4 +1,7 @@
+#include "hostile/Retries.h"
 #include "support/ServiceTest.h"
+#include "support/Sources.h"
+#include "support/TlsService.h"
 
 #include <spawn.h>
 #include <sys/resource.h>
@@ -125,7 +128,8 @@ TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
              "SchemaApi->get_SchemasSchema_instanceId: the instanceId \"" + id + "\" would change the path..."});
     }
     checkRefused(changing);
-    for (const std::string id : {"a b", "ü", "\xFF", "a\tb", "a|b", "<", "\"", "{location}", "\\", "\x7F"}) {
+    for (const std::string id :
+         {"a b", "ü", "\xFF", "a\tb", "a|b", "<", ">", "^", "`", "\"", "{location}", "\\", "\x7F"}) {
         impossible.push_back({id, get(id), "provided uri is invalid: ..."});
     }
     checkRefused<web::uri_exception>(impossible);
@@ -134,11 +138,14 @@ TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
     const std::string path = "/base/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema/";
     const std::string options = "?$filter=a%0D%0A%00%26b%3D%FF";
     for (const std::string& id :
-         std::vector<std::string>{"//b", "a//b", "/", "%20%3F%C3%BC", "100%", "%zz", std::string(100000, 'a')}) {
+         std::vector<std::string>{"", "//b", "a//b", "/", "%20%3F%C3%BC", "100%", "%zz", std::string(100000, 'a')}) {
         server.reply(Reply::json("{}"));
         schemas.get_SchemasSchema_instanceId("L", id).get();
         EXPECT_EQ(server.takeRequest().target, path + id + "/") << "part of the path, whatever it looks like";
     }
+    server.reply(Reply::json("{}"));
+    schemas.delete_SchemasSchema_instanceId("L", "").get();
+    EXPECT_EQ(server.takeRequest().target, path + "/");
     server.reply(Reply::json("{}"));
     schemas.select_SchemasSchema("L", std::string("a\r\n") + nul + "&b=\xFF").get();
     EXPECT_EQ(server.takeRequest().target, path.substr(0, path.size() - 1) + options) << "options are encoded";
@@ -158,6 +165,7 @@ TEST_F(HostileCallerTest, UnusableBaseUrlsFailInTheCall) {
     for (const std::string url : {"ftp://127.0.0.1/", "file:///tmp"}) {
         rows.push_back({url, call(url), "URI scheme must be 'http' or 'https'"});
     }
+    rows.push_back({"fragment", call("http://127.0.0.1/a#f"), "the base URL \"http://127.0.0.1/a#f\" has a fragment"});
     checkRefused(rows);
     checkRefused<web::uri_exception>({{"space", call("http://a b/"), "provided uri is invalid: http://a b/"}});
     configuration->setBaseUrl("http://127.0.0.1:1/");
@@ -183,6 +191,10 @@ TEST_F(HostileCallerTest, NullPointersAreRefusedOrMeanNothing) {
     const std::string body = "the multipart body is an empty pointer";
     const std::string part = "the content \"n\" has no data stream";
     const std::string text = "the text is an empty pointer";
+    const std::string noBuffer = "the stream has no buffer";
+    const auto unbuffered = std::make_shared<std::istream>(nullptr);
+    const auto bufferless = std::make_shared<HttpContent>();
+    bufferless->setData(unbuffered);
     const auto upload = [this](const std::shared_ptr<HttpContent>& file) {
         client->callApi("/x", "POST", {}, nullptr, {}, {}, {{"f", file}}, "multipart/form-data");
     };
@@ -202,6 +214,10 @@ TEST_F(HostileCallerTest, NullPointersAreRefusedOrMeanNothing) {
         {"file to JSON", [&] { ModelBase::toJson(noContent); }, content},
         {"file without data to JSON", [&] { ModelBase::toJson(noData); }, part},
         {"file to part", [&] { ModelBase::toHttpContent("n", noContent); }, "the file's content is an empty pointer"},
+        {"stream without a buffer to Base64", [&] { ModelBase::toBase64(unbuffered); }, noBuffer},
+        {"part without a buffer", [&] { ModelBase::stringFromHttpContent(bufferless); }, noBuffer},
+        {"content without a buffer", [&] { bufferless->writeTo(sink); }, noBuffer},
+        {"file without a buffer", [&] { upload(bufferless); }, noBuffer},
         {"stream to Base64", [&] { ModelBase::toBase64(noStream); }, "the stream to encode is an empty pointer"},
         {"content", [&] { noData->writeTo(sink); }, "the content's data is an empty pointer"},
         {"part", [&] { unfilled->add(nullptr); }, "the content of a multipart body is an empty pointer"},
@@ -417,26 +433,6 @@ TEST_F(HostileCallerTest, ContinuationsOfAFailingTaskSeeItsFailure) {
     EXPECT_FALSE(ran) << "a continuation that takes the value runs only if there is one";
 }
 
-/// As docs/behaviour.md shows it.
-template <class Operation>
-auto withRetries(Operation operation, int attempts, std::chrono::milliseconds pause) {
-    for (;; pause *= 2) {
-        try {
-            return operation().get(); // not inside a continuation
-        } catch (const ApiException& error) {
-            const int status = error.error_code().value();
-            if (--attempts == 0 || (status != 429 && status != 502 && status != 503 && status != 504)) {
-                throw;
-            }
-        } catch (const web::http::http_exception&) {
-            if (--attempts == 0) {
-                throw;
-            }
-        }
-        std::this_thread::sleep_for(pause);
-    }
-}
-
 TEST_F(HostileCallerTest, ACallIsRepeatedOnlyByItsCaller) {
     const auto get = [this] { return schemas.get_SchemasSchema_instanceId("L", "i"); };
     const Reply busy = Reply::json("", 503, "Busy");
@@ -448,9 +444,18 @@ TEST_F(HostileCallerTest, ACallIsRepeatedOnlyByItsCaller) {
     server.reply(busy);
     server.reply(busy);
     EXPECT_EQ(apiErrorOf([&] { withRetries(get, 2, 1ms); }), "503 error calling get_SchemasSchema_instanceId: Busy|");
-    server.reply(Reply::json("", 404, "Not Found"));
-    messageOf<ApiException>([&] { withRetries(get, 2, 1ms); });
-    EXPECT_EQ(server.requests().size(), 6U);
+    for (const int status : {404, 500}) {
+        server.reply(Reply::json("", status, "Not Again"));
+        messageOf<ApiException>([&] { withRetries(get, 2, 1ms); });
+    }
+    EXPECT_EQ(server.requests().size(), 7U);
+    for (const int status : {429, 502, 504}) {
+        server.reply(Reply::json("", status, "Later"));
+        server.reply(Reply::json("{}"));
+        EXPECT_EQ(withRetries(get, 2, 1ms)->toJson().serialize(), "{}") << status;
+    }
+    const std::string source = textOfFile(FORMS_TEST_RETRIES), shown = source.substr(source.find("template"));
+    EXPECT_NE(textOfFile(FORMS_TEST_BEHAVIOUR).find(shown.substr(0, shown.find("\n}\n") + 3)), std::string::npos);
 }
 
 class EndingProcessTest : public HostileCallerTest, public ::testing::WithParamInterface<const char*> {};
@@ -459,8 +464,13 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
     struct Service {
         std::string name;
         Reply reply;
+        std::string url{};
     };
+    // Over TLS, what ends with the process is used by each call.
+    TlsService redirecting;
+    redirecting.redirectTo(redirecting.url() + "/x");
     const Service services[] = {
+        {"redirecting over TLS", {}, redirecting.url()},
         {"silent", Reply::raw("").endingWith(Reply::Ending::KeepOpen)},
         {"stalled", Reply::raw("HTTP/1.1 500 Stalled\r\nContent-Length: 9\r\n\r\n").then(10s, "123456789")},
         {"busy", Reply::raw("").then(3ms, Reply::json("{}", 500, "Busy").pieces[0].bytes)},
@@ -471,7 +481,8 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
         server.replyAlways(service.reply);
         for (const std::string pause : {"0", "1", "5", "20"}) {
             SCOPED_TRACE(service.name + " " + pause);
-            std::string url = server.url(), how = GetParam(), milliseconds = pause, child = FORMS_TEST_ENDING_CHILD;
+            std::string url = service.url.empty() ? server.url() : service.url, how = GetParam(), milliseconds = pause,
+                        child = FORMS_TEST_ENDING_CHILD;
             char* arguments[] = {child.data(), url.data(), how.data(), milliseconds.data(), nullptr};
             pid_t process = 0;
             ASSERT_EQ(posix_spawn(&process, child.c_str(), nullptr, nullptr, arguments, environ), 0);

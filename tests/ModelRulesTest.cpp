@@ -274,11 +274,14 @@ TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
     EXPECT_EQ(own.toJson().at("E").serialize(), "-2.5");
     steps.set("E", value::parse("[1,{}]"));
     writes(R"({"E":[1,{}]})");
+    messageOf<json_exception>([&] { steps.read(R"({"B":1,"Closed":"open"})"); });
+    EXPECT_EQ(textOf(own), "{}") << "custom properties are read last";
     steps.read(R"({"Status":"open"})");
     steps.set("A", "custom ones come last");
     EXPECT_EQ(textOf(own), R"({"Status":"open","A":"custom ones come last"})");
     own.setCustomProp("A", value::number(std::numeric_limits<double>::infinity()));
     messageOf<std::invalid_argument>([&] { own.toJson(); });
+    messageOf<std::invalid_argument>([&] { own.toMultipart(std::make_shared<MultipartFormData>(), ""); });
 }
 
 TEST(Issue, CarriesCustomPropertiesInPartsAsJson) {
@@ -364,6 +367,9 @@ TEST(CustomProps, LieInOneTablePerType) {
     EXPECT_EQ(textOf(own), R"({"p.n":"1"})") << "parts come back as texts";
     steps.read(all);
     EXPECT_EQ(own.toJson().size(), 5U);
+    for (const auto* beyond : {"2147483648", "-2147483649", "5000000000", "1e400", "-1e400"}) {
+        messageOf<json_exception>([&] { steps.read(std::string(R"({"n":)") + beyond + "}"); });
+    }
 }
 
 TEST(CustomArray, HasTheTypeOfItsFirstElement) {
@@ -398,6 +404,15 @@ TEST(CustomArray, HasTheTypeOfItsFirstElement) {
     EXPECT_EQ(array.size(), 0) << "of that type";
     steps.setTypeForVal("1");
     EXPECT_EQ(array.size(), 5);
+}
+
+TEST(CustomArray, RefusesNumbersOutOfRange) {
+    for (const auto* text : {"[1,2147483648]", "[-2147483649]", "[5000000000]", "[1.5,1e400]", "[-1e400]",
+                             R"([{"a":1},{"a":5000000000}])", R"([{"a":1e400}])"}) {
+        SCOPED_TRACE(text);
+        Steps<DynamicSchemaArrayWithCustomProps> steps('A');
+        messageOf<json_exception>([&] { steps.read(text); });
+    }
 }
 
 TEST(CustomArray, NamesItsPartsByTypeAndIndex) {

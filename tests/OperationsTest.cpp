@@ -617,6 +617,10 @@ TEST_F(OperationsTest, RefusePathValuesThatWouldChangeThePathInTheCall) {
         SCOPED_TRACE(value);
         messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId(value, value); });
     }
+    // A value that looks like a later placeholder is not taken for one.
+    messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId("{instanceId}", "i"); });
+    messageOf<web::uri_exception>([&] { schemaApi.delete_SchemasSchema_instanceId("{instanceId}", "i"); });
+    messageOf<web::uri_exception>([&] { attachmentApi.select_DynamicSchemaAttachment2("L", "{issueId}", "i"); });
     EXPECT_TRUE(server.requests().empty());
 }
 

@@ -14,11 +14,13 @@ int main(int, char** arguments) {
     namespace api = VarnelAPI::Forms::api;
     const auto configuration = std::make_shared<api::ApiConfiguration>();
     configuration->setBaseUrl(arguments[1]);
+    configuration->getHttpConfig().set_validate_certificates(false);
     const auto client = std::make_shared<api::ApiClient>(configuration);
     static pplx::task<void> kept;
     for (int i = 0; i < 10; ++i) {
         api::BaseClassApi(client).select_DynamicSchemaBaseClass("L");
         api::FileApi(client).fILEGET_DynamicSchemaFile_instanceId("L", "i");
+        client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "");
         kept = api::FileApi(client).delete_DynamicSchemaFile_instanceId("L", "i");
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(arguments[3])));

@@ -103,12 +103,12 @@ RecordingServer::~RecordingServer() {
 
 void RecordingServer::reply(Reply reply) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
-    m_Replies.push_back(std::move(reply));
+    m_Replies.push_back(std::make_shared<const Reply>(std::move(reply)));
 }
 
 void RecordingServer::replyAlways(Reply reply) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
-    m_Always = {std::move(reply)};
+    m_Always = std::make_shared<const Reply>(std::move(reply));
 }
 
 std::size_t RecordingServer::connections() const {
@@ -182,9 +182,9 @@ void RecordingServer::serve(int connection) {
     Request request;
     bool open = true;
     while (open && readRequest(connection, buffer, request)) {
-        const Reply reply = replyTo(request);
-        open = send(connection, reply) && reply.ending == Reply::Ending::KeepOpen;
-        if (reply.ending == Reply::Ending::Reset) {
+        const auto reply = replyTo(request);
+        open = send(connection, *reply) && reply->ending == Reply::Ending::KeepOpen;
+        if (reply->ending == Reply::Ending::Reset) {
             const linger hard{1, 0};
             setsockopt(connection, SOL_SOCKET, SO_LINGER, &hard, sizeof(hard));
         }
@@ -252,22 +252,23 @@ bool RecordingServer::readRequest(int connection, std::string& buffer, Request& 
     return true;
 }
 
-Reply RecordingServer::replyTo(const Request& request) {
+std::shared_ptr<const Reply> RecordingServer::replyTo(const Request& request) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
     m_Requests.push_back(request);
     m_Arrived.notify_all();
     const bool mounted = request.target.rfind(m_BasePath + "/", 0) == 0;
     if (mounted && !m_Replies.empty()) {
-        Reply next = std::move(m_Replies.front());
+        auto next = std::move(m_Replies.front());
         m_Replies.pop_front();
         return next;
     }
-    if (mounted && !m_Always.empty()) {
-        return m_Always.front();
+    if (mounted && m_Always) {
+        return m_Always;
     }
     const std::string problem = mounted ? "no reply was scripted for " : "the base path is missing in ";
     m_Errors.push_back(problem + request.method + " " + request.target);
-    return Reply::of(599, "Test Failure", "Content-Type: text/plain\r\n", m_Errors.back());
+    return std::make_shared<const Reply>(
+        Reply::of(599, "Test Failure", "Content-Type: text/plain\r\n", m_Errors.back()));
 }
 
 /// Whether the client was still there to the end.

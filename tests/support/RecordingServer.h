@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <list>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -106,7 +107,7 @@ private:
     void acceptConnections();
     void serve(int connection);
     bool readRequest(int connection, std::string& buffer, Request& request);
-    Reply replyTo(const Request& request);
+    std::shared_ptr<const Reply> replyTo(const Request& request);
     bool send(int connection, const Reply& reply);
     bool waitFor(int descriptor, short events, std::chrono::milliseconds limit) const;
     void error(const std::string& text);
@@ -118,8 +119,8 @@ private:
     std::atomic<bool> m_ForgetsBodies{false};
     mutable std::mutex m_Mutex;
     mutable std::condition_variable m_Arrived;
-    std::deque<Reply> m_Replies;
-    std::vector<Reply> m_Always;
+    std::deque<std::shared_ptr<const Reply>> m_Replies;
+    std::shared_ptr<const Reply> m_Always;
     std::vector<Request> m_Requests;
     std::size_t m_Taken = 0;
     std::size_t m_Replied = 0;

@@ -3,6 +3,7 @@
 #include <VarnelAPI/Forms.h>
 
 #include <boost/core/demangle.hpp>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -29,7 +30,8 @@ inline void seed(const std::string& target, const std::string& input) {
     std::filesystem::create_directories(folder);
     std::ostringstream name;
     name << std::hex << std::hash<std::string>()(input);
-    std::ofstream(folder / name.str(), std::ios::binary) << input;
+    std::ofstream file(folder / name.str(), std::ios::binary);
+    EXPECT_TRUE(file << input) << folder;
 }
 
 /// One after the other, each ended by a tab.
