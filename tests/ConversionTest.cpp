@@ -4,6 +4,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -241,6 +242,19 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), some) << size;
     }
     messageOf<std::invalid_argument>([] { ModelBase::toBase64(std::shared_ptr<std::istream>()); });
+    EXPECT_EQ(ModelBase::toBase64(std::make_shared<std::ifstream>(testing::TempDir())), "")
+        << "it opens, but has no data";
+    // One that can go to its start, but not tell where its end is.
+    struct Endless final : std::stringbuf {
+        using std::stringbuf::stringbuf;
+        pos_type seekoff(off_type by, std::ios_base::seekdir from, std::ios_base::openmode which) override {
+            return from == std::ios_base::end ? pos_type(-1) : std::stringbuf::seekoff(by, from, which);
+        }
+    } buffer("foob");
+    const auto endless = std::make_shared<std::istream>(&buffer);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(ModelBase::toBase64(endless), "Zm9vYg==") << "from its start";
+    }
 }
 
 TEST(Base64, SaysWhatIsWrong) {
@@ -300,9 +314,18 @@ class Commas : public std::numpunct<char> {
 };
 
 TEST(Locale, OfTheHostChangesNothingOnTheWire) {
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
-    setenv("LOCPATH", FORMS_TEST_LOCALES, 1);
-    EXPECT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+    struct Locales {
+        Locales() {
+            setenv("LOCPATH", FORMS_TEST_LOCALES, 1);
+            EXPECT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+        }
+        ~Locales() {
+            std::locale::global(before);
+            std::setlocale(LC_ALL, "C");
+            unsetenv("LOCPATH");
+        }
+        std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+    } const german;
     std::ostringstream probe;
     probe << 1234.5 << ' ' << std::to_string(2.5);
     EXPECT_EQ(probe.str(), "1.234,5 2,500000") << "the locales are in force";
@@ -327,8 +350,6 @@ TEST(Locale, OfTheHostChangesNothingOnTheWire) {
     MultipartFormData("B").writeTo(body);
     EXPECT_EQ(body.str(), "\r\n--B--\r\n");
     EXPECT_EQ(MultipartFormData().getBoundary().size(), 36U);
-    std::setlocale(LC_ALL, "C");
-    std::locale::global(before);
 }
 
 } // namespace

@@ -475,6 +475,7 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
         {"stalled", Reply::raw("HTTP/1.1 500 Stalled\r\nContent-Length: 9\r\n\r\n").then(10s, "123456789")},
         {"busy", Reply::raw("").then(3ms, Reply::json("{}", 500, "Busy").pieces[0].bytes)},
         {"redirecting", Reply::redirect(307, "/base/sv1.2/again")},
+        {"large", Reply::raw("HTTP/1.1 200 OK\r\n\r\n").then({}, std::string(1U << 20U, 'x'), 20)},
         {"dripping",
          Reply::raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n").then(5ms, "1\r\n{\r\n", 1000)}};
     for (const Service& service : services) {

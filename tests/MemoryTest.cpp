@@ -27,7 +27,7 @@ protected:
     static Reply large(const std::string& head) {
         return Reply::raw("HTTP/1.1 " + head + "\r\nContent-Length: " + std::to_string(megabytes * megabyte) +
                           "\r\n\r\n")
-            .then({}, std::string(megabyte, 'x'), megabytes);
+            .then({}, std::string(megabyte / 4, 'x'), 4 * megabytes);
     }
     /// The same in chunks.
     static Reply chunked(std::size_t chunk, std::size_t times) {
@@ -56,14 +56,17 @@ protected:
 
 TEST_F(MemoryTest, OfADownloadIsTwiceItsSize) {
     download(large("200 OK"), 2.1 * fileSize);
-    download(chunked(megabyte, megabytes), 2.1 * fileSize + 2.5 * megabyte);
-    download(chunked(megabytes * megabyte, 1), (2.1 + 2.5) * fileSize);
+    download(chunked(megabyte, megabytes), 2.1 * fileSize + 3.1 * megabyte);
+    download(chunked(megabytes * megabyte, 1), (2.1 + 3.1) * fileSize);
 }
 
 TEST_F(MemoryTest, OfABodyThatNobodyWantsIsSmall) {
     remove(large("200 OK"), megabyte);
-    remove(chunked(megabyte, megabytes), 2.5 * megabyte);
-    remove(chunked(megabytes * megabyte, 1), 2.5 * fileSize);
+    remove(chunked(megabyte, megabytes), 3.1 * megabyte);
+    // The HTTP library's buffer grows to twice its size at a time: much depends on where that ends.
+    for (const std::size_t size : {megabytes * megabyte, 50 * megabyte}) {
+        remove(chunked(size, 1), 3.1 * static_cast<double>(size));
+    }
     server.reply(large("307 Elsewhere\r\nLocation: /base/next"));
     ++replies;
     remove(Reply::json("{}"), megabyte);

@@ -22,7 +22,7 @@ class ResponseBuffer final : public LibraryBuffer {
 public:
     ResponseBuffer() : LibraryBuffer(512) {}
 
-    void release() const { m_Release.set(); }
+    void admitAll() { m_Admission.set(); }
 
 private:
     static constexpr std::size_t ahead = 65536;
@@ -33,19 +33,19 @@ private:
                 throw http_exception(_XPLATSTR("a chunk of the response has a negative length"));
             }
             m_Taken += size;
-            if (m_Taken <= ahead || m_Released.is_done()) {
+            if (m_Taken <= ahead || m_Admitted.is_done()) {
                 return LibraryBuffer::_putn(data, size);
             }
             const auto self = std::static_pointer_cast<ResponseBuffer>(this->shared_from_this());
-            return m_Released.then([self, data, size] { return self->LibraryBuffer::_putn(data, size); });
+            return m_Admitted.then([self, data, size] { return self->LibraryBuffer::_putn(data, size); });
         } catch (...) {
             return pplx::task_from_exception<std::size_t>(std::current_exception());
         }
     }
 
     uint64_t m_Taken = 0;
-    pplx::task_completion_event<void> m_Release;
-    pplx::task<void> m_Released{m_Release};
+    pplx::task_completion_event<void> m_Admission;
+    pplx::task<void> m_Admitted{m_Admission};
 };
 
 class ResponseBody final : public concurrency::streams::streambuf<uint8_t> {
@@ -64,8 +64,11 @@ pplx::task<http_response> exchange(web::http::client::http_client& client, http_
     const auto content = body.create_istream();
     return client.request(request, pplx::cancellation_token::none())
         .then([buffer, content, onResponse = std::move(onResponse)](const http_response& response) {
-            const auto releasing = [&buffer](const void*) { buffer->release(); };
-            const std::unique_ptr<const void, decltype(releasing)> atTheEnd(&response, releasing);
+            struct AtTheEnd {
+                ResponseBuffer& buffer;
+                ~AtTheEnd() { buffer.admitAll(); }
+            };
+            const AtTheEnd atTheEnd{*buffer};
             response._get_impl()->set_instream(content);
             return onResponse(response);
         });

@@ -99,7 +99,8 @@ void Answer::check(const pplx::task<http_response>& ready) const {
         try {
             ready.get();
         } catch (const std::runtime_error& error) {
-            // Of a body that can't be decompressed. All else is an http_exception already, which is none of these.
+            // Of a body that can't be decompressed, or of a callback of the settings. The HTTP library's own failures
+            // are http_exceptions, which are none of these.
             throw web::http::http_exception(to_string_t(error.what()));
         }
         return;
@@ -134,7 +135,7 @@ void Answer::read(model::detail::Model& result, const pplx::task<http_response>&
     }
     auto json = model::detail::decoding([&] {
         // The text is gone before the model is filled: text, tree and model need not all stand in memory at once.
-        return web::json::value::parse(decodeText(std::move(bytes), (*arrived)->headers().content_type()));
+        return model::detail::parseJson(decodeText(std::move(bytes), (*arrived)->headers().content_type()));
     });
     result.fromJson(std::move(json));
 }

@@ -104,16 +104,16 @@ private:
 
 utility::string_t encode(std::istream& stream) {
     Encoder encoder(detail::sizeOf(stream));
+    std::streambuf& buffer = detail::rewound(stream);
     std::array<char, Encoder::blockSize> block{};
     std::size_t filled = 0;
     do {
         // A stream may give less than it is asked for before its end.
-        std::streamsize more = 0;
+        std::size_t more = 0;
         filled = 0;
         while (filled < block.size() &&
-               (more = stream.rdbuf()->sgetn(block.data() + filled,
-                                             static_cast<std::streamsize>(block.size() - filled))) > 0) {
-            filled += static_cast<std::size_t>(more);
+               (more = detail::readSome(buffer, block.data() + filled, block.size() - filled)) != 0) {
+            filled += more;
         }
         encoder.add(reinterpret_cast<const unsigned char*>(block.data()), filled);
     } while (filled == block.size());

@@ -264,7 +264,6 @@ public:
     void finish(const CustomProperties* customProperties) {
         if (customProperties != nullptr) {
             for (const auto& [name, value] : *customProperties) {
-                requireFinite(value);
                 m_Multipart->add(ModelBase::toHttpContent(m_Prefix + name, value, jsonType));
             }
         }

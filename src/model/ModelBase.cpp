@@ -52,7 +52,7 @@ utility::string_t partPrefix(utility::string_t namePrefix) {
 }
 
 web::json::value parseJson(const utility::string_t& text) {
-    // A number that is the whole text is read as the locale of the host's thread would have it.
+    // The HTTP library sets this locale itself only when it has read the first token, which may be a number.
     const utility::details::scoped_c_thread_locale locale;
     return decoding([&text] { return web::json::value::parse(text); });
 }

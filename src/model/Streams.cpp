@@ -43,22 +43,6 @@ private:
     OwnedBytes m_Buffer;
 };
 
-/// Goes to the start by the buffer itself: the stream may stand at its end, or be set to throw.
-std::streambuf& rewound(std::istream& stream) {
-    std::streambuf& buffer = bufferOf(stream);
-    buffer.pubseekoff(0, std::ios_base::beg, std::ios_base::in);
-    return buffer;
-}
-
-/// Whether there is nothing more to read, or no way to read it.
-bool isAtEnd(std::streambuf& buffer) {
-    try {
-        return buffer.sgetc() == std::char_traits<char>::eof();
-    } catch (...) {
-        return true;
-    }
-}
-
 } // namespace
 
 std::streambuf& bufferOf(std::istream& stream) {
@@ -72,10 +56,29 @@ std::shared_ptr<std::istream> streamOf(std::string bytes) {
     return std::make_shared<OwnedBytesStream>(std::move(bytes));
 }
 
+std::streambuf& rewound(std::istream& stream) {
+    // By the buffer itself: the stream may stand at its end, or be set to throw.
+    std::streambuf& buffer = bufferOf(stream);
+    buffer.pubseekoff(0, std::ios_base::beg, std::ios_base::in);
+    return buffer;
+}
+
+std::size_t readSome(std::streambuf& buffer, char* bytes, std::size_t size) {
+    try {
+        // No more at once than what is there: a read that fails would take with it what came before.
+        const bool isAtEnd = buffer.sgetc() == std::char_traits<char>::eof();
+        const auto there = std::clamp<std::streamsize>(buffer.in_avail(), 1, static_cast<std::streamsize>(size));
+        return isAtEnd ? 0 : static_cast<std::size_t>(buffer.sgetn(bytes, there));
+    } catch (...) {
+        return 0; // An error ends the data.
+    }
+}
+
 std::size_t sizeOf(std::istream& stream) {
     const std::streamoff end = bufferOf(stream).pubseekoff(0, std::ios_base::end, std::ios_base::in);
     // A directory opens like a file, and claims to be as large as can be.
-    return end > 0 && !isAtEnd(rewound(stream)) ? static_cast<std::size_t>(end) : 0;
+    char first = 0;
+    return end > 0 && readSome(rewound(stream), &first, 1) != 0 ? static_cast<std::size_t>(end) : 0;
 }
 
 std::string readAll(std::istream& stream) {
@@ -91,18 +94,10 @@ std::string readAll(std::istream& stream) {
 void copyAll(std::istream& source, std::ostream& target) {
     std::streambuf& buffer = rewound(source);
     std::array<char, 16384> block; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
-    std::streamsize size = 0;
-    do {
-        try {
-            // No more at once than what is there: a read that fails would take with it what came before.
-            const bool ended = isAtEnd(buffer);
-            const auto there = std::clamp<std::streamsize>(buffer.in_avail(), 1, block.size());
-            size = ended ? 0 : buffer.sgetn(block.data(), there);
-        } catch (...) {
-            size = 0; // An error ends the data.
-        }
-        target.write(block.data(), size);
-    } while (size > 0);
+    std::size_t size = 0;
+    while ((size = readSome(buffer, block.data(), block.size())) != 0) {
+        target.write(block.data(), static_cast<std::streamsize>(size));
+    }
 }
 
 StringSink::int_type StringSink::overflow(int_type character) {

@@ -17,6 +17,13 @@ std::streambuf& bufferOf(std::istream& stream);
 /// All bytes of a stream, from its start, whatever its state. A stream that can't seek is read from where it stands.
 std::string readAll(std::istream& stream);
 
+/// The buffer of a stream, at its start, whatever the stream's state.
+/// @throws std::invalid_argument if the stream has no buffer.
+std::streambuf& rewound(std::istream& stream);
+
+/// Reads up to `size` bytes, and at least one: 0 at the end, or where no more can be read.
+std::size_t readSome(std::streambuf& buffer, char* bytes, std::size_t size);
+
 /// Copies all bytes of a stream, from its start to its end or to where it can't be read, into `target`.
 void copyAll(std::istream& source, std::ostream& target);
 

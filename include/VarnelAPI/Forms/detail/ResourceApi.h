@@ -37,10 +37,9 @@ using Body = boost::optional<std::shared_ptr<Instance>>;
 ///
 /// **Thrown in the call**, before any request is made:
 /// - std::invalid_argument: no configuration; a base URL without a host, with a fragment, or of another scheme than
-/// http
-///   and https; a path argument that holds "?" or "#" or has a segment "." or ".."; CR, LF or NUL in a path argument or
-///   a header; a default header whose name is not one word, or is Content-Length or Transfer-Encoding; a number in the
-///   body that JSON can't hold (not finite);
+///   http and https; a path argument that holds "?" or "#" or has a segment "." or ".."; CR, LF or NUL in a path
+///   argument or a header; a default header whose name is not one word, or is Content-Length or Transfer-Encoding; a
+///   number in the body that JSON can't hold (not finite);
 /// - std::out_of_range: a date after 9999-12-31T23:59:59Z in the body;
 /// - web::uri_exception: a path argument or base URL that holds what a URL can't, such as a space or a non-ASCII
 ///   character.
@@ -50,9 +49,8 @@ using Body = boost::optional<std::shared_ptr<Instance>>;
 ///   reason phrase; the content is what arrived of the response's body, usually the payload of `model::ErrorSchema`;
 /// - ApiException 500, if the response names another type than the accepted one. The content is as above;
 /// - web::json::json_exception, if the body is not JSON, or a property has the wrong type (its path is in the message);
-/// - web::http::http_exception for a transport failure, a time-out, or a body that is shorter than announced or can't
-/// be
-///   decompressed.
+/// - web::http::http_exception for a transport failure, a time-out, or a body that is shorter than announced, whose
+///   announced length is no number, or that can't be decompressed.
 ///
 /// A task may be dropped: a failure that nobody looks at is harmless.
 class VARNEL_FORMS_API ResourceApi {
