@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <memory>
+#include <mutex>
 
 namespace VarnelAPI::Forms::api::detail {
 
@@ -24,6 +25,20 @@ public:
 
     void admitAll() { m_Admission.set(); }
 
+    // The library's own failure has no lock, though a transfer fails in one thread while another one reads.
+    std::exception_ptr exception() const override {
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        return m_Failure;
+    }
+    using LibraryBuffer::close;
+    pplx::task<void> close(std::ios_base::openmode mode, std::exception_ptr failure) override {
+        {
+            const std::lock_guard<std::mutex> lock(m_Mutex);
+            m_Failure = m_Failure ? m_Failure : failure;
+        }
+        return close(mode);
+    }
+
 private:
     static constexpr std::size_t ahead = 65536;
 
@@ -43,6 +58,8 @@ private:
         }
     }
 
+    mutable std::mutex m_Mutex;
+    std::exception_ptr m_Failure;
     uint64_t m_Taken = 0;
     pplx::task_completion_event<void> m_Admission;
     pplx::task<void> m_Admitted{m_Admission};
