@@ -621,6 +621,7 @@ TEST_F(OperationsTest, RefusePathValuesThatWouldChangeThePathInTheCall) {
     messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId("{instanceId}", "i"); });
     messageOf<web::uri_exception>([&] { schemaApi.delete_SchemasSchema_instanceId("{instanceId}", "i"); });
     messageOf<web::uri_exception>([&] { attachmentApi.select_DynamicSchemaAttachment2("L", "{issueId}", "i"); });
+    messageOf<web::uri_exception>([&] { attachmentApi.select_DynamicSchemaAttachment("{instanceID}", ""); });
     EXPECT_TRUE(server.requests().empty());
 }
 
