@@ -1,11 +1,16 @@
 #include "Rows.h"
 
+#include "support/Calls.h"
 #include "support/Data.h"
 #include "support/Server.h"
 
+#include <VarnelAPI/Forms/api/ApiClient.h>
+#include <VarnelAPI/Forms/api/ApiConfiguration.h>
+#include <VarnelAPI/Forms/api/AttachmentApi.h>
 #include <VarnelAPI/Forms/api/BaseClassApi.h>
 #include <VarnelAPI/Forms/api/FileApi.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
+#include <VarnelAPI/Forms/transport/Transport.h>
 
 #include <benchmark/benchmark.h>
 #include <cpprest/containerstream.h>
@@ -19,85 +24,24 @@ namespace bench {
 namespace {
 
 using VarnelAPI::Forms::api::ApiClient;
-using VarnelAPI::Forms::api::ApiConfiguration;
+using VarnelAPI::Forms::api::AttachmentApi;
 using VarnelAPI::Forms::api::BaseClassApi;
 using VarnelAPI::Forms::api::FileApi;
+using VarnelAPI::Forms::model::DynamicSchemaBaseClassInstance;
+using VarnelAPI::Forms::model::DynamicSchemaBaseClassInstances;
 using VarnelAPI::Forms::model::HttpContent;
 using VarnelAPI::Forms::model::MultipartFormData;
 using web::http::http_response;
 using web::http::client::http_client;
 using web::json::value;
 
-constexpr const char* userAgent = "benchmark";
-constexpr const char* credentials = "Bearer 0123456789abcdef0123456789abcdef";
-constexpr const char* selection = "_Subject,Status";
-
-std::shared_ptr<ApiClient> clientOf(const std::string& url) {
-    auto configuration = std::make_shared<ApiConfiguration>();
-    configuration->setBaseUrl(url);
-    configuration->setUserAgent(userAgent);
-    configuration->getDefaultHeaders()["Authorization"] = credentials;
-    return std::make_shared<ApiClient>(configuration);
-}
-
-std::shared_ptr<BaseClassApi> issuesApi() {
-    return std::make_shared<BaseClassApi>(clientOf(serverUrl()));
-}
-
-/// A call as one writes it by hand: the same request, on a fresh client unless one is given.
-pplx::task<http_response> requestByHand(const std::string& path, const char* accept, bool selects,
-                                        http_client client = http_client(serverUrl())) {
-    web::http::http_request request(web::http::methods::GET);
-    request.headers().add("Accept", accept);
-    request.headers().add("Authorization", credentials);
-    request.headers().add("User-Agent", userAgent);
-    web::uri_builder target("/sv1.2/Repositories/Varnel.Forms--" + path);
-    if (selects) {
-        target.append_query("$select", selection);
-    }
-    request.set_request_uri(target.to_uri());
-    return client.request(request).then([](const http_response& response) {
-        if (response.status_code() != web::http::status_codes::OK) {
-            throw web::http::http_exception("unexpected status");
-        }
-        return response;
-    });
-}
-
-pplx::task<value> getByHand(const http_client& client) {
-    return requestByHand("issue/DynamicSchema/BaseClass/1/", "application/json", true, client)
-        .then([](const http_response& response) { return response.extract_string(); })
-        .then([](const std::string& text) { return value::parse(text); });
-}
-
-/// Makes `count` calls at once, and waits for all of them.
-template <class Call>
-Operation atOnce(std::size_t count, Call call) {
-    return [count, call] {
-        std::vector<decltype(call())> tasks;
-        tasks.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            tasks.push_back(call());
-        }
-        for (const auto& task : tasks) {
-            benchmark::DoNotOptimize(task.get());
-        }
-    };
-}
-
-Operation getting(std::size_t count) {
-    return atOnce(count, [api = issuesApi()] {
-        return api->get_DynamicSchemaBaseClass_instanceId(locations::issue, "1", std::string(selection));
-    });
-}
-
 Row gets(const std::string& name, std::size_t count) {
-    return {name, [count] { return getting(count); },
+    return {name, [count] { return getting(count, clientOf(serverUrl())); },
             [count] {
                 serverUrl();
                 return atOnce(count, [] { return getByHand(http_client(serverUrl())); });
             },
-            true};
+            Row::Memory::Allocated};
 }
 
 /// On a client, and so on a connection, that is kept.
@@ -105,8 +49,56 @@ Operation gettingByHandOnOne() {
     return atOnce(1, [client = http_client(serverUrl())] { return getByHand(client); });
 }
 
-Operation selecting() {
-    return [api = issuesApi()] { benchmark::DoNotOptimize(api->select_DynamicSchemaBaseClass(locations::list).get()); };
+Operation selecting(const char* location = locations::list) {
+    return [api = std::make_shared<BaseClassApi>(clientOf(serverUrl())), location] {
+        benchmark::DoNotOptimize(api->select_DynamicSchemaBaseClass(location).get());
+    };
+}
+
+Operation selectingAttachments() {
+    return [api = AttachmentApi(clientOf(serverUrl()))] {
+        benchmark::DoNotOptimize(api.select_DynamicSchemaAttachment(locations::attachments, "").get());
+    };
+}
+
+/// A list as one reads it by hand: the text that came, its tree, the models.
+Operation readingByHand() {
+    return [] {
+        std::string text = largeListText();
+        value tree = value::parse(text);
+        std::string().swap(text);
+        DynamicSchemaBaseClassInstances issues;
+        issues.fromJson(std::move(tree));
+        benchmark::DoNotOptimize(issues);
+    };
+}
+
+/// Takes every request, and answers that it is well, without a network.
+class Accepting final : public VarnelAPI::Forms::transport::Transport {
+    pplx::task<http_response> send(const web::uri&, const web::http::client::http_client_config&,
+                                   web::http::http_request, const pplx::cancellation_token&) override {
+        http_response response(web::http::status_codes::OK);
+        response.set_body("{}", "application/json");
+        return pplx::task_from_result(response);
+    }
+};
+
+std::shared_ptr<DynamicSchemaBaseClassInstance> relatedIssue() {
+    auto issue = std::make_shared<DynamicSchemaBaseClassInstance>();
+    issue->fromJson(value::parse(relatedIssueText()));
+    return issue;
+}
+
+Operation inserting() {
+    const auto client = clientOf("http://service.example");
+    client->getConfiguration()->setTransport(std::make_shared<Accepting>());
+    return [api = BaseClassApi(client), issue = relatedIssue()] {
+        benchmark::DoNotOptimize(api.insert_DynamicSchemaBaseClass("location", issue).get());
+    };
+}
+
+Operation writingInsertByHand() {
+    return [issue = relatedIssue()] { benchmark::DoNotOptimize(issue->toJson().serialize()); };
 }
 
 Operation downloading() {
@@ -118,13 +110,14 @@ Operation downloading() {
 Operation downloadingByHand() {
     serverUrl();
     return [] {
-        benchmark::DoNotOptimize(requestByHand("file/DynamicSchema/File/1/$file", "application/octet-stream", false)
-                                     .then([](const http_response& response) { return response.extract_vector(); })
-                                     .then([](const std::vector<unsigned char>& bytes) {
-                                         return std::make_shared<std::stringstream>(
-                                             std::string(bytes.begin(), bytes.end()));
-                                     })
-                                     .get());
+        benchmark::DoNotOptimize(
+            sent(http_client(serverUrl()),
+                 requestOf(web::http::methods::GET, "file/DynamicSchema/File/1/$file", "application/octet-stream"))
+                .then([](const http_response& response) { return response.extract_vector(); })
+                .then([](const std::vector<unsigned char>& bytes) {
+                    return std::make_shared<std::stringstream>(std::string(bytes.begin(), bytes.end()));
+                })
+                .get());
     };
 }
 
@@ -176,6 +169,14 @@ Operation sendingByHand() {
     };
 }
 
+Operation copyingInsert() {
+    relatedIssueText();
+    return [] {
+        std::string copy = relatedIssueText();
+        benchmark::DoNotOptimize(copy);
+    };
+}
+
 Operation copying() {
     fileBytes();
     return [] {
@@ -191,15 +192,20 @@ Operation copying() {
 std::vector<Row> callRows() {
     return {
         gets("get", 1),
-        {"get-kept", [] { return getting(1); }, gettingByHandOnOne},
+        {"get-kept", [] { return getting(1, clientOf(serverUrl())); }, gettingByHandOnOne},
         gets("get-64", 64),
-        {"select", selecting, parsing},
-        {"select-memory", selecting, parsing, true},
-        {"multipart-set", settingMultipart, copying, true},
+        {"select", [] { return selecting(); }, [] { return parsing(); }},
+        {"select-2", [] { return selecting(); }, [] { return parsing(); }},
+        {"select-attachments", selectingAttachments, [] { return parsing(attachmentListText()); }},
+        {"select-custom", [] { return selecting(locations::custom); }, [] { return parsing(customListText()); }},
+        {"select-memory", [] { return selecting(locations::largeList); }, readingByHand, Row::Memory::Resident},
+        {"insert-body", inserting, writingInsertByHand},
+        {"insert-body-memory", inserting, copyingInsert, Row::Memory::Allocated},
+        {"multipart-set", settingMultipart, copying, Row::Memory::Allocated},
         {"multipart-send", sendingMultipart, sendingByHand},
-        {"multipart-send-memory", sendingMultipart, copying, true},
+        {"multipart-send-memory", sendingMultipart, copying, Row::Memory::Allocated},
         {"download", downloading, downloadingByHand},
-        {"download-memory", downloading, copying, true},
+        {"download-memory", downloading, copying, Row::Memory::Allocated},
         gets("get-1000", 1000),
     };
 }

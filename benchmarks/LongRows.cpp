@@ -3,6 +3,8 @@
 #include "support/Memory.h"
 #include "support/Server.h"
 
+#include <VarnelAPI/Forms/api/ApiClient.h>
+#include <VarnelAPI/Forms/api/ApiConfiguration.h>
 #include <VarnelAPI/Forms/api/ApiException.h>
 #include <VarnelAPI/Forms/api/BaseClassApi.h>
 

@@ -19,27 +19,32 @@ using bench::Row;
 
 std::vector<Row> allRows() {
     auto rows = bench::modelRows();
-    for (auto& row : bench::callRows()) {
-        rows.push_back(std::move(row));
+    for (auto& others : {bench::callRows(), bench::transportRows(), bench::repositoryRows()}) {
+        rows.insert(rows.end(), others.begin(), others.end());
     }
     return rows;
 }
 
-void measure(benchmark::State& state, const std::function<Operation()>& prepare, bool hasPeak) {
+void measure(benchmark::State& state, const std::function<Operation()>& prepare, Row::Memory memory, bool grows) {
     const Operation operation = prepare();
-    operation();
+    const auto growth = static_cast<double>(bench::growthOf(operation));
+    if (grows) {
+        state.counters["growth"] = growth;
+    }
     for ([[maybe_unused]] const auto _ : state) {
         operation();
     }
-    if (hasPeak) {
+    if (memory == Row::Memory::Allocated) {
         state.counters["peak"] = static_cast<double>(bench::peakOf(operation));
+    } else if (memory == Row::Memory::Resident) {
+        state.counters["resident"] = static_cast<double>(bench::residentPeakOf(operation));
     }
 }
 
 int runBenchmarks(int argc, char** argv) {
     for (const Row& row : allRows()) {
         const auto add = [&row](const char* side, const std::function<Operation()>& prepare) {
-            benchmark::RegisterBenchmark((row.name + side).c_str(), measure, prepare, row.hasPeak)
+            benchmark::RegisterBenchmark((row.name + side).c_str(), measure, prepare, row.memory, row.grows)
                 ->MeasureProcessCPUTime()
                 ->UseRealTime()
                 ->Unit(benchmark::kMillisecond);
@@ -48,6 +53,7 @@ int runBenchmarks(int argc, char** argv) {
         add("/reference", row.reference);
     }
     bench::registerLongRows();
+    bench::registerStartRow();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return EXIT_FAILURE;
@@ -82,13 +88,13 @@ void raiseDescriptorLimit() {
 
 /// bench [--threads N] [Google Benchmark's arguments]     measures, with a pool of N threads
 /// bench --one ROW ours|reference REPEAT                  runs one side of one row
-/// bench --serve                                          is the server of the calls
+/// bench --serve [FOLDER]                                 is the server of the calls, over TLS with a FOLDER
 int main(int argc, char** argv) {
     try {
         raiseDescriptorLimit();
         const std::string mode = argc > 1 ? argv[1] : "";
         if (mode == "--serve") {
-            bench::serve();
+            bench::serve(argc > 2 ? argv[2] : "");
         }
         if (mode == "--one" && argc == 5) {
             return runOne(argv[2], argv[3], std::stoi(argv[4]));

@@ -14,8 +14,13 @@ ROWS = {
     "get": ("get of 1 KB, one after the other / by hand", {"wall": 1.05, "cpu": 1.05, "instructions": 1.15}),
     "get-kept": ("the same / by hand on a kept connection", {"wall": None}),
     "get-64": ("64 gets of 1 KB at once / by hand", {"wall": 1.05, "cpu": 1.05, "instructions": 1.15}),
-    "select": ("select of 1,000 issues, call to model / parse", {"cpu": 1.9, "instructions": 1.2}),
-    "select-memory": ("the same / parse", {"peak": 1.35}),
+    "select": ("select of 1,000 issues, call to model / parse", {"instructions": 0.5}),
+    "select-2": ("the same, in a pool of two threads / parse", {"cpu": 0.7}),
+    "select-attachments": ("select of 1,000 attachments / parse", {"instructions": 0.45}),
+    "select-custom": ("select of 286 issues with 35 own / parse", {"instructions": 0.85}),
+    "select-memory": ("select of 50 MB / text, tree, models by hand", {"resident": 1.0}),
+    "insert-body": ("insert of 340 KB, unsent / toJson, serialize", {"time": 0.6}),
+    "insert-body-memory": ("the same / its text", {"peak": 3.0}),
     "fill": ("text of 1,000 issues to model / parse", {}),
     "from-json": ("fromJson of a ready tree / parse", {"instructions": 0.36}),
     "to-json": ("toJson of 1,000 issues / vectors by hand", {"time": 1.15}),
@@ -29,26 +34,50 @@ ROWS = {
     "multipart-send-memory": ("the same / one copy", {"peak": 1.10}),
     "download": ("fILEGET of 64 MB / extract_vector, string stream", {"wall": 0.5, "cpu": 0.5}),
     "download-memory": ("the same / one copy", {"peak": 2.1}),
+    "get-https-kept": ("https get of 1 KB, kept (curl) / by hand, fresh", {"wall": 0.05, "cpu": 0.05}),
+    "get-https-kept-64": ("64 of them at once / by hand, fresh", {"wall": 0.05, "cpu": 0.05}),
+    "get-kept-curl": ("http get of 1 KB, kept (curl) / by hand, fresh", {"wall": 0.5, "cpu": 0.5}),
+    "https-start": ("starting an https call (curl) / 0.2 ms", {"wall": 1.0}),
+    "get-no-wish": ("get with empty call options / without", {"instructions": 1.005}),
+    "get-observed": ("get with an observer that does nothing / without", {"instructions": 1.01}),
+    "get-retry": ("get that may be repeated / without", {}),
+    "download-file": ("256 MB to a file / HTTP library's file stream", {"wall": None, "cpu": 1.0, "growth": 20}),
+    "download-file-curl": ("the same over curl / HTTP library's", {"wall": None, "cpu": 1.0, "growth": 20}),
+    "upload-file": ("256 MB from a file / HTTP library's file stream", {"wall": None, "cpu": 1.0, "growth": 20}),
+    "upload-file-curl": ("the same over curl / HTTP library's", {"wall": None, "cpu": 1.0, "growth": 20}),
     "get-1000": ("1,000 gets at once / by hand", {"wall": 1.1, "peak": 1.2}),
+    "repository-page": ("repository: page of 100,000 / of 1,000", {"cpu": 3.0}),
+    "repository-last-page": ("the last page of 100,000 / of 1,000", {}),
+    "repository-filter": ("filtered page of 100,000 / parsing each", {"cpu": 0.2}),
+    "repository-filter-memory": ("the same / a page", {"peak": 1.5}),
+    "repository-order-memory": ("ordered page of 100,000 / a page", {"peak": 1.5}),
+    "repository-readers": ("64 pages by 8 threads / by one", {"wall": 1 / 1.6}),
     "late-200": ("64 late bodies / their delay", {"wall": 1.2}),
     "late-500": ("64 late bodies of errors / their delay", {"wall": 1.2}),
     "late-type": ("64 late bodies of another type / their delay", {"wall": 1.2}),
     "growth": ("50,000 calls, from the 5,001st on", {"resident": 2**20, "descriptors": 0}),
 }
 LONG = ["growth"]
+POOLS = {"select-2": 2} # of so many threads
 # Repetitions and the least seconds of one. The sides are interleaved, so that other load meets both.
-TIMING = {"multipart-send": (1, 0.01), "multipart-set": (11, 0.05), "download": (7, 0.05),
-          "select-memory": (3, 0.01), "json-body-memory": (3, 0.01), "multipart-send-memory": (1, 0.01),
-          "download-memory": (1, 0.01)}
+TIMING = {"get-https-kept": (5, 0.1), "get-https-kept-64": (3, 0.1), "download-file": (3, 0.01),
+          "download-file-curl": (3, 0.01), "upload-file": (1, 0.01), "upload-file-curl": (1, 0.01),
+          "multipart-send": (1, 0.01), "multipart-set": (11, 0.05), "download": (7, 0.05),
+          "select-memory": (3, 0.01), "insert-body-memory": (3, 0.01), "json-body-memory": (3, 0.01), "multipart-send-memory": (1, 0.01),
+          "download-memory": (1, 0.01), "repository-filter": (3, 0.01), "repository-filter-memory": (1, 0.01),
+          "repository-order-memory": (1, 0.01)}
 LATE_TIMEOUT = 30
 DEFAULT_TIMING = (15, 0.15)
 # How often an operation runs in the two counts whose difference is taken.
-COUNTING = {"get": (20, 120), "get-64": (2, 6), "select": (3, 9), "base64-encode": (1, 2), "base64-decode": (1, 2)}
+COUNTING = {"get": (20, 120), "get-64": (2, 6), "select": (3, 9), "select-attachments": (3, 9),
+            "select-custom": (3, 9), "base64-encode": (1, 2), "base64-decode": (1, 2)}
 DEFAULT_COUNTING = (2, 6)
 # Copies are not counted: the C library copies by single instructions, which valgrind counts once for each byte, or by
 # blocks, as it sees fit.
-UNCOUNTED = ["select-memory", "json-body-memory", "multipart-set", "multipart-send", "multipart-send-memory", "download",
-             "download-memory", "get-1000", "late-200", "late-500", "late-type", "growth"]
+UNCOUNTED = ["select-2", "insert-body-memory", "get-https-kept", "get-https-kept-64", "get-kept-curl", "https-start", "download-file", "download-file-curl",
+             "upload-file", "upload-file-curl", "select-memory", "json-body-memory", "multipart-set", "multipart-send", "multipart-send-memory", "download",
+             "download-memory", "repository-page", "repository-last-page", "repository-filter",
+             "repository-filter-memory", "repository-order-memory", "repository-readers", "get-1000", "late-200", "late-500", "late-type", "growth"]
 
 
 def run(command, timeout=600):
@@ -81,12 +110,21 @@ def compared(row, measure, ours, reference, name=None):
 
 
 def times(program, row):
-    sides = benchmark(program, row, TIMING.get(row, DEFAULT_TIMING))
-    for measure, field in (("wall", "real_time"), ("cpu", "cpu_time"), ("peak", "peak")):
+    sides = benchmark(program, row, TIMING.get(row, DEFAULT_TIMING), POOLS.get(row))
+    for measure, field in (("wall", "real_time"), ("cpu", "cpu_time"), ("peak", "peak"), ("resident", "resident")):
         if field in sides["ours"][0]:
             ours, reference = (statistics.median(one[field] for one in sides[side]) for side in ("ours", "reference"))
-            if measure in ROWS[row][1] or (measure == "cpu" and ROWS[row][1].keys() != {"peak"}):
+            if measure in ROWS[row][1] or (measure == "cpu" and ROWS[row][1].keys() not in ({"peak"}, {"resident"})):
                 yield compared(row, measure, ours, reference)
+    if "growth" in sides["ours"][0]:  # of the process, in MB: the first operation shows it
+        yield compared(row, "growth", max(one["growth"] for one in sides["ours"]) / 2**20, None)
+
+
+def start(program, row):
+    sides = benchmark(program, row, (5, 0.1))
+    ours, reference = (statistics.median(one["real_time"] for one in sides[side]) for side in ("ours", "reference"))
+    yield compared(row, "wall", ours, 0.2)
+    yield {**compared(row, "wall", ours, reference, "https-start / by hand"), "goal": None, "met": None}
 
 
 def late(program, row):
@@ -144,7 +182,7 @@ def main():
     results = []
     for row in options.row or [row for row in ROWS if options.long or row not in LONG]:
         if not options.instructions:
-            source = (late if row.startswith("late-") else growth if row == "growth" else times)(options.program, row)
+            source = (late if row.startswith("late-") else start if row == "https-start" else growth if row == "growth" else times)(options.program, row)
         elif row not in UNCOUNTED:
             source = instructions(options.program, row, options.output / "callgrind")
         else:

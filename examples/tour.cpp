@@ -2,9 +2,9 @@
 // what was done and what came of it; the exit status is 0 if all of them came back as they should.
 
 #include <VarnelAPI/Forms.h>
+#include <VarnelAPI/Forms/kit.h>
 
 #include <iostream>
-#include <iterator>
 
 using namespace VarnelAPI::Forms;
 using utility::string_t;
@@ -39,48 +39,6 @@ std::string quoted(const string_t& text) {
     return '"' + to_utf8string(text) + '"';
 }
 
-/// Puts an entity into the two envelopes that an insert or update sends.
-template <class Instance, class Entity>
-std::shared_ptr<Instance> envelope(const Entity& entity, const string_t& className = string_t(),
-                                   const string_t& eTag = string_t()) {
-    auto instance = std::make_shared<Instance>();
-    auto content = std::make_shared<typename std::decay_t<decltype(instance->getInstance())>::element_type>();
-    content->setProperties(std::make_shared<Entity>(entity));
-    if (!className.empty()) {
-        content->setClassName(className);
-    }
-    if (!eTag.empty()) {
-        content->setETag(eTag);
-    }
-    instance->setInstance(content);
-    return instance;
-}
-
-/// The instance as the service stored it. In a program with a window one would use `then` instead of waiting.
-template <class Changed>
-auto stored(const pplx::task<std::shared_ptr<Changed>>& call) {
-    return call.get()->getChangedInstance()->getInstanceAfterChange();
-}
-
-template <class Instances>
-auto listed(const pplx::task<std::shared_ptr<Instances>>& call) {
-    return call.get()->getInstances();
-}
-
-template <class Count>
-int64_t counted(const pplx::task<std::shared_ptr<Count>>& call) {
-    int64_t total = 0;
-    for (const auto& count : listed(call)) {
-        total += count->getProperties()->getCount();
-    }
-    return total;
-}
-
-std::string bytesOf(const pplx::task<model::HttpContent>& download) {
-    const auto data = download.get().getData();
-    return {std::istreambuf_iterator<char>(*data), {}};
-}
-
 class Tour {
 public:
     explicit Tour(const string_t& baseUrl) : m_Configuration(std::make_shared<api::ApiConfiguration>()) {
@@ -105,25 +63,17 @@ public:
     }
 
 private:
-    /// What the library offers no operation for goes through the client itself: here, storing a file's bytes and
-    /// making the records that only the service's administrators make.
-    string_t send(const string_t& method, const string_t& path, const std::string& bytes, const string_t& type) {
-        return m_Client
-            ->callApi(_XPLATSTR("/sv1.2/Repositories/Varnel.Forms--") + project + _XPLATSTR("/") + path, method, {},
-                      std::make_shared<model::BinaryBody>(bytes.data(), static_cast<int64_t>(bytes.size())),
-                      m_Configuration->getDefaultHeaders(), {}, {}, type)
-            .then([](const web::http::http_response& response) { return response.extract_string(); })
-            .get();
-    }
-
-    void storeFile(const string_t& path, const string_t& id, const std::string& bytes) {
-        send(_XPLATSTR("PUT"), path + _XPLATSTR("/") + id + _XPLATSTR("/$file"), bytes,
-             _XPLATSTR("application/octet-stream"));
-    }
-
-    string_t administer(const string_t& path, const std::shared_ptr<model::ModelBase>& instance) {
-        const auto answer = web::json::value::parse(send(
-            _XPLATSTR("POST"), path, to_utf8string(instance->toJson().serialize()), _XPLATSTR("application/json")));
+    /// What the library offers no operation for goes through the client itself: here, the records that only the
+    /// service's administrators make.
+    template <class Instance>
+    string_t administer(const string_t& path, const std::shared_ptr<Instance>& instance) {
+        const auto answer =
+            m_Client
+                ->callApi(_XPLATSTR("/sv1.2/Repositories/Varnel.Forms--") + project + _XPLATSTR("/") + path,
+                          _XPLATSTR("POST"), {}, std::make_shared<model::JsonBody>(instance->toJson()),
+                          m_Configuration->getDefaultHeaders(), {}, {}, _XPLATSTR("application/json"))
+                .then([](const web::http::http_response& response) { return response.extract_json(); })
+                .get();
         return answer.at(_XPLATSTR("changedInstance"))
             .at(_XPLATSTR("instanceAfterChange"))
             .at(_XPLATSTR("instanceId"))
@@ -148,8 +98,8 @@ private:
         auto view = std::make_shared<model::ModelViewDefinition>();
         view->setViewId(_XPLATSTR("view-7"));
         issue.setModelViewDefinition(view);
-        const auto created = stored(api.insert_DynamicSchemaBaseClass(
-            project, envelope<model::DynamicSchemaBaseClassInstance>(issue, issueClass)));
+        const auto created =
+            kit::stored(api.insert_DynamicSchemaBaseClass(project, kit::envelope(issue, issueClass))).get();
         m_Issue = created->getInstanceId();
         m_Guide.step("recorded " + quoted(issue.getSubject()) + " as a " + to_utf8string(created->getClassName()),
                      !m_Issue.empty() && created->getClassName() == issueClass);
@@ -170,29 +120,34 @@ private:
         model::DynamicSchemaBaseClass other;
         other.setSubject(_XPLATSTR("Loose cable"));
         other.setPriority(_XPLATSTR("Low"));
-        api.insert_DynamicSchemaBaseClass(project, envelope<model::DynamicSchemaBaseClassInstance>(other)).get();
-        const auto all = listed(
-            api.select_DynamicSchemaBaseClass(project, boost::none, boost::none, string_t(_XPLATSTR("_Subject desc"))));
+        api.insert_DynamicSchemaBaseClass(project, kit::envelope(other)).get();
+        using Issue = model::DynamicSchemaBaseClass;
+        const auto all = kit::all(kit::pages(api, &api::BaseClassApi::select_DynamicSchemaBaseClass, project)
+                                      .orderby(kit::order(kit::descending(Issue::subject))))
+                             .get();
         m_Guide.step("listed all issues across classes, last subject first: " +
                          quoted(all.front()->getProperties()->getSubject()) + " comes first",
                      all.size() == 2 && all.front()->getProperties()->getSubject() == other.getSubject());
-        const auto urgent = listed(api.select_DynamicSchemaBaseClass2(project, issueClass, string_t(),
-                                                                      string_t(_XPLATSTR("Priority eq 'High'"))));
-        m_Guide.step("listed the urgent ones of that class only", urgent.size() == 1);
-        m_Guide.step("counted " + std::to_string(counted(api.count_DynamicSchemaBaseClass(project))),
-                     counted(api.count_DynamicSchemaBaseClass(project)) == 2);
+        std::size_t urgent = 0;
+        for (const auto& found :
+             kit::pages(api, &api::BaseClassApi::select_DynamicSchemaBaseClass2, project, issueClass, _XPLATSTR(""))
+                 .filter(Issue::priority == _XPLATSTR("High"))) {
+            urgent += found->getInstanceId() == m_Issue ? 1 : 0;
+        }
+        m_Guide.step("listed the urgent ones of that class only", urgent == 1);
+        m_Guide.step("counted " + std::to_string(kit::total(api.count_DynamicSchemaBaseClass(project)).get()),
+                     kit::total(api.count_DynamicSchemaBaseClass(project)).get() == 2);
 
         model::DynamicSchemaBaseClass change;
         change.setStatus(_XPLATSTR("In progress"));
-        const auto changed = stored(api.update_DynamicSchemaBaseClass(
-            project, m_Issue, envelope<model::DynamicSchemaBaseClassInstance>(change, issueClass, read->getETag())));
+        const auto changed = kit::stored(api.update_DynamicSchemaBaseClass(
+                                             project, m_Issue, kit::envelope(change, issueClass, read->getETag())))
+                                 .get();
         m_Guide.step("changed its status to " + quoted(changed->getProperties()->getStatus()),
                      changed->getProperties()->getStatus() == change.getStatus() &&
                          changed->getETag() != read->getETag());
         refused("changing it once more on the outdated version is refused", 409, [&] {
-            api.update_DynamicSchemaBaseClass(
-                   project, m_Issue,
-                   envelope<model::DynamicSchemaBaseClassInstance>(change, issueClass, read->getETag()))
+            api.update_DynamicSchemaBaseClass(project, m_Issue, kit::envelope(change, issueClass, read->getETag()))
                 .get();
         });
     }
@@ -204,29 +159,30 @@ private:
         model::DynamicSchemaAttachment photo;
         photo.setName(_XPLATSTR("rail.jpg"));
         photo.setCaption(_XPLATSTR("View from the stairs"));
-        const auto created = stored(api.insert_DynamicSchemaAttachment(
-            project, issueClass, m_Issue, envelope<model::DynamicSchemaAttachmentInstance>(photo)));
+        const auto created =
+            kit::stored(api.insert_DynamicSchemaAttachment(project, issueClass, m_Issue, kit::envelope(photo))).get();
         const string_t id = created->getInstanceId();
         m_Guide.step("attached " + quoted(photo.getName()) + " to the issue", !id.empty());
 
         const std::string bytes("not really a picture\0\r\n but bytes", 34);
-        storeFile(_XPLATSTR("DynamicSchema/Attachment"), id, bytes);
-        const auto downloaded = bytesOf(api.fILEGET_DynamicSchemaAttachment_instanceId(project, id));
+        kit::upload(api, project, id, kit::FileContent::ofBytes(bytes).mediaType(_XPLATSTR("image/jpeg"))).get();
+        const auto downloaded = kit::bytesOf(api.fILEGET_DynamicSchemaAttachment_instanceId(project, id)).get();
         m_Guide.step("stored and downloaded its file, " + std::to_string(downloaded.size()) + " bytes",
                      downloaded == bytes);
 
-        const auto ofIssue = listed(api.select_DynamicSchemaAttachment2(project, issueClass, m_Issue, boost::none,
-                                                                        string_t(_XPLATSTR("Name"))));
+        const auto ofIssue =
+            api.select_DynamicSchemaAttachment2(project, issueClass, m_Issue, boost::none, string_t(_XPLATSTR("Name")))
+                .get()
+                ->getInstances();
         m_Guide.step("listed the issue's attachments by name only",
                      ofIssue.size() == 1 && ofIssue[0]->getProperties()->getName() == photo.getName() &&
                          !ofIssue[0]->getProperties()->captionIsSet());
-        m_Guide.step("counted " + std::to_string(counted(api.count_DynamicSchemaAttachment(project))),
-                     counted(api.count_DynamicSchemaAttachment(project)) == 1);
+        m_Guide.step("counted " + std::to_string(kit::total(api.count_DynamicSchemaAttachment(project)).get()),
+                     kit::total(api.count_DynamicSchemaAttachment(project)).get() == 1);
 
         model::DynamicSchemaAttachment change;
         change.setCaption(_XPLATSTR("Sicht von der Treppe, Stra\u00dfe"));
-        const auto changed = stored(
-            api.update_DynamicSchemaAttachment(project, id, envelope<model::DynamicSchemaAttachmentInstance>(change)));
+        const auto changed = kit::stored(api.update_DynamicSchemaAttachment(project, id, kit::envelope(change))).get();
         m_Guide.step("changed the caption to " + quoted(changed->getProperties()->getCaption()),
                      changed->getProperties()->getCaption() == change.getCaption());
 
@@ -242,12 +198,12 @@ private:
             model::DynamicSchema_Comment comment;
             comment.setText(text);
             comment.setAuthor(_XPLATSTR("A. Miner"));
-            stored(api.insert_DynamicSchemaComment(project, issueClass, m_Issue,
-                                                   envelope<model::DynamicSchema_CommentInstance>(comment)));
+            kit::stored(api.insert_DynamicSchemaComment(project, issueClass, m_Issue, kit::envelope(comment))).get();
         }
-        const auto page =
-            listed(api.select_DynamicSchemaComment2(project, issueClass, m_Issue, boost::none, boost::none,
-                                                    string_t(_XPLATSTR("Text desc")), boost::none, 1, 1));
+        const auto page = api.select_DynamicSchemaComment2(project, issueClass, m_Issue, boost::none, boost::none,
+                                                           string_t(_XPLATSTR("Text desc")), boost::none, 1, 1)
+                              .get()
+                              ->getInstances();
         m_Guide.step("wrote three, and read the second of them in reverse order: " +
                          quoted(page.empty() ? string_t() : page[0]->getProperties()->getText()),
                      page.size() == 1 && page[0]->getProperties()->getText() == _XPLATSTR("Fence ordered."));
@@ -259,29 +215,30 @@ private:
         model::DynamicSchemaFile plan;
         plan.setName(_XPLATSTR("plan.pdf"));
         plan.setSize(5000000000);
-        const auto file =
-            stored(files.insert_DynamicSchemaFile(project, envelope<model::DynamicSchemaFileInstance>(plan)));
+        const auto file = kit::stored(files.insert_DynamicSchemaFile(project, kit::envelope(plan))).get();
         m_Guide.step("recorded a file of " + std::to_string(file->getProperties()->getSize()) + " bytes",
                      file->getProperties()->getSize() == plan.getSize());
-        storeFile(_XPLATSTR("DynamicSchema/File"), file->getInstanceId(), "(the first part of it)");
+        kit::upload(files, project, file->getInstanceId(), kit::FileContent::ofBytes("(the first part of it)")).get();
         m_Guide.step("stored and downloaded its content",
-                     bytesOf(files.fILEGET_DynamicSchemaFile_instanceId(project, file->getInstanceId())) ==
+                     kit::bytesOf(files.fILEGET_DynamicSchemaFile_instanceId(project, file->getInstanceId())).get() ==
                          "(the first part of it)");
 
         api::ExternalFileApi externalFiles(m_Client);
         model::DynamicSchema_ExternalFile link;
         link.setName(_XPLATSTR("drawing.dgn"));
         link.setBackItemUrl(_XPLATSTR("https://files.example.org/42"));
-        stored(externalFiles.insert_DynamicSchemaExternalFile(
-            project, issueClass, m_Issue, envelope<model::DynamicSchema_ExternalFileInstance>(link)));
-        const auto links = listed(externalFiles.select_DynamicSchemaExternalFile2(project, issueClass, m_Issue));
+        kit::stored(externalFiles.insert_DynamicSchemaExternalFile(project, issueClass, m_Issue, kit::envelope(link)))
+            .get();
+        const auto links =
+            externalFiles.select_DynamicSchemaExternalFile2(project, issueClass, m_Issue).get()->getInstances();
         m_Guide.step("linked " + quoted(link.getName()) + " from an outside store",
                      links.size() == 1 && links[0]->getProperties()->getBackItemUrl() == link.getBackItemUrl());
     }
 
     void history() {
         m_Guide.chapter("History");
-        const auto records = listed(api::AuditRecordApi(m_Client).select_DynamicSchemaAuditRecord(project));
+        const auto records =
+            api::AuditRecordApi(m_Client).select_DynamicSchemaAuditRecord(project).get()->getInstances();
         bool sawStatus = false;
         for (const auto& record : records) {
             for (const auto& value : record->getProperties()->getValues()) {
@@ -299,27 +256,26 @@ private:
         model::Forms_EC_MappingForm checklist;
         checklist.setName(_XPLATSTR("Rail checklist"));
         checklist.setUserPermissions({_XPLATSTR("read"), _XPLATSTR("write")});
-        const auto form = stored(api.insert_FormsECMappingFormRelatedToIssue(
-            project, issueClass, m_Issue, envelope<model::Forms_EC_MappingFormInstance>(checklist)));
+        const auto form = kit::stored(api.insert_FormsECMappingFormRelatedToIssue(project, issueClass, m_Issue,
+                                                                                  kit::envelope(checklist)))
+                              .get();
         const auto issue =
             api::BaseClassApi(m_Client).get_DynamicSchemaBaseClass_instanceId(project, m_Issue).get()->getInstance();
         const auto& relationships = issue->getRelationshipInstances();
         m_Guide.step("made the form " + quoted(checklist.getName()) + " against the issue, which now lists it",
                      relationships.size() == 1 &&
                          relationships[0]->getRelatedInstance()->getInstanceId() == form->getInstanceId());
-        m_Guide.step("listed the project's forms", listed(api.select_FormsECMappingForm(project)).size() == 1 &&
-                                                       form->getProperties()->getUserPermissions().size() == 2);
+        m_Guide.step("listed the project's forms",
+                     api.select_FormsECMappingForm(project).get()->getInstances().size() == 1 &&
+                         form->getProperties()->getUserPermissions().size() == 2);
 
         model::Forms_EC_MappingFormDefinition definition;
         definition.setName(_XPLATSTR("Checklist"));
         definition.setDefinition(_XPLATSTR("{\"pages\":[]}"));
         definition.setShareType(1);
         api::FormDefinitionApi definitions(m_Client);
-        definitions
-            .insert_FormsECMappingFormDefinition(project,
-                                                 envelope<model::Forms_EC_MappingFormDefinitionInstance>(definition))
-            .get();
-        const auto listedDefinitions = listed(definitions.select_FormsECMappingFormDefinition(project));
+        definitions.insert_FormsECMappingFormDefinition(project, kit::envelope(definition)).get();
+        const auto listedDefinitions = definitions.select_FormsECMappingFormDefinition(project).get()->getInstances();
         m_Guide.step("kept a form definition",
                      listedDefinitions.size() == 1 &&
                          listedDefinitions[0]->getProperties()->getDefinition() == definition.getDefinition());
@@ -327,8 +283,9 @@ private:
         model::Forms_EC_MappingFormStyle style;
         style.setId(7);
         style.setStyleXml(_XPLATSTR("<style font=\"Sans\"/>"));
-        const auto storedStyle = stored(api::FormStyleApi(m_Client).insert_FormsECMappingFormStyle(
-            project, envelope<model::Forms_EC_MappingFormStyleInstance>(style)));
+        const auto storedStyle =
+            kit::stored(api::FormStyleApi(m_Client).insert_FormsECMappingFormStyle(project, kit::envelope(style)))
+                .get();
         m_Guide.step("kept a style sheet", storedStyle->getProperties()->getStyleXml() == style.getStyleXml());
     }
 
@@ -338,24 +295,25 @@ private:
         model::ListsListGroup group;
         group.setName(_XPLATSTR("Hazards"));
         group.setLists({_XPLATSTR("Kind"), _XPLATSTR("Severity")});
-        const auto storedGroup =
-            stored(groups.insert_ListsListGroup(project, envelope<model::ListsListGroupInstance>(group)));
-        storeFile(_XPLATSTR("Lists/ListGroup"), storedGroup->getInstanceId(), "Kind;Severity\nFall;High\n");
-        m_Guide.step(
-            "made a group of two lists, and downloaded its file",
-            storedGroup->getProperties()->getLists().size() == 2 &&
-                bytesOf(groups.fILEGET_ListsListGroup_instanceId(project, storedGroup->getInstanceId())).find("Fall") !=
-                    std::string::npos);
+        const auto storedGroup = kit::stored(groups.insert_ListsListGroup(project, kit::envelope(group))).get();
+        kit::upload(groups, project, storedGroup->getInstanceId(),
+                    kit::FileContent::ofBytes("Kind;Severity\nFall;High\n"))
+            .get();
+        m_Guide.step("made a group of two lists, and downloaded its file",
+                     storedGroup->getProperties()->getLists().size() == 2 &&
+                         kit::bytesOf(groups.fILEGET_ListsListGroup_instanceId(project, storedGroup->getInstanceId()))
+                                 .get()
+                                 .find("Fall") != std::string::npos);
 
         model::ListsListTree tree;
         tree.setTree(_XPLATSTR("Fall>High|Low"));
         model::ListsListValue value;
         value.setListGroupId(storedGroup->getInstanceId());
         value.setValues(_XPLATSTR("Fall;Slip"));
-        const auto storedTree = stored(
-            api::ListTreeApi(m_Client).insert_ListsListTree(project, envelope<model::ListsListTreeInstance>(tree)));
-        const auto storedValue = stored(
-            api::ListValueApi(m_Client).insert_ListsListValue(project, envelope<model::ListsListValueInstance>(value)));
+        const auto storedTree =
+            kit::stored(api::ListTreeApi(m_Client).insert_ListsListTree(project, kit::envelope(tree))).get();
+        const auto storedValue =
+            kit::stored(api::ListValueApi(m_Client).insert_ListsListValue(project, kit::envelope(value))).get();
         m_Guide.step("kept its tree and its values",
                      storedTree->getProperties()->getTree() == tree.getTree() &&
                          storedValue->getProperties()->getListGroupId() == storedGroup->getInstanceId());
@@ -372,13 +330,13 @@ private:
         definition.setIsShared(true);
         api::SchemaApi schemaApi(m_Client);
         api::ClassApi classApi(m_Client);
-        stored(schemaApi.insert_SchemasSchema(project, envelope<model::SchemasSchemaInstance>(schema)));
-        const auto storedClass =
-            stored(classApi.insert_SchemasClass(project, envelope<model::SchemasClassInstance>(definition)));
-        m_Guide.step("kept a schema and a class of it",
-                     listed(schemaApi.select_SchemasSchema(project))[0]->getProperties()->getSchemaXml() ==
-                             schema.getSchemaXml() &&
-                         storedClass->getProperties()->isIsShared());
+        kit::stored(schemaApi.insert_SchemasSchema(project, kit::envelope(schema))).get();
+        const auto storedClass = kit::stored(classApi.insert_SchemasClass(project, kit::envelope(definition))).get();
+        m_Guide.step(
+            "kept a schema and a class of it",
+            schemaApi.select_SchemasSchema(project).get()->getInstances()[0]->getProperties()->getSchemaXml() ==
+                    schema.getSchemaXml() &&
+                storedClass->getProperties()->isIsShared());
     }
 
     void workflows() {
@@ -397,8 +355,8 @@ private:
         workflow.setStates({open, closed});
         workflow.setTransitions({close});
         api::WorkflowDefinitionApi api(m_Client);
-        stored(api.insert_WorkflowDefinition(project, envelope<model::WorkflowDefinitionInstance>(workflow)));
-        const auto read = listed(api.select_WorkflowDefinition(project))[0]->getProperties();
+        kit::stored(api.insert_WorkflowDefinition(project, kit::envelope(workflow))).get();
+        const auto read = api.select_WorkflowDefinition(project).get()->getInstances()[0]->getProperties();
         m_Guide.step("kept a workflow of two states, and read it back with its transition",
                      read->getStates().size() == 2 && read->getStates()[1]->isClosed() &&
                          read->getTransitions()[0]->getEnd() == std::vector<string_t>{closed->getId()});
@@ -408,11 +366,13 @@ private:
         m_Guide.chapter("Project services");
         model::PlexumProjectSettings settings;
         settings.setPdfStorageDirectory(_XPLATSTR("/pdf"));
-        const auto storedSettings = stored(api::ProjectSettingsApi(m_Client).insert_PlexumProjectSettings(
-            project, envelope<model::PlexumProjectSettingsInstance>(settings)));
+        const auto storedSettings = kit::stored(api::ProjectSettingsApi(m_Client).insert_PlexumProjectSettings(
+                                                    project, kit::envelope(settings)))
+                                        .get();
         api::UserSettingsApi userSettings(m_Client);
-        const auto mine = stored(userSettings.insert_PlexumUserSettings(
-            project, envelope<model::PlexumUserSettingsInstance>(model::PlexumUserSettings())));
+        const auto mine =
+            kit::stored(userSettings.insert_PlexumUserSettings(project, kit::envelope(model::PlexumUserSettings())))
+                .get();
         m_Guide.step("kept project settings and user settings",
                      storedSettings->getProperties()->getPdfStorageDirectory() == settings.getPdfStorageDirectory() &&
                          userSettings.get_PlexumUserSettings_instanceId(project, mine->getInstanceId())
@@ -423,21 +383,24 @@ private:
         model::Forms_EC_MappingProjectMember member;
         member.setName(_XPLATSTR("Inspectors"));
         member.setIsRole(true);
-        administer(_XPLATSTR("Plexum/ProjectMember"), envelope<model::Forms_EC_MappingProjectMemberInstance>(member));
+        administer<model::Forms_EC_MappingProjectMemberInstance>(_XPLATSTR("Plexum/ProjectMember"),
+                                                                 kit::envelope(member));
         model::PlexumProjectRole role;
         role.setRoleId(_XPLATSTR("inspector"));
         role.setUserIds({_XPLATSTR("u1"), _XPLATSTR("u2")});
-        administer(_XPLATSTR("Plexum/ProjectRole"), envelope<model::PlexumProjectRoleInstance>(role));
+        administer<model::PlexumProjectRoleInstance>(_XPLATSTR("Plexum/ProjectRole"), kit::envelope(role));
         api::FormApi people(m_Client);
-        m_Guide.step("listed members and roles of the project",
-                     listed(people.select_ProjectMembers(project))[0]->getProperties()->isIsRole() &&
-                         listed(people.select_ProjectRoles(project))[0]->getProperties()->getUserIds().size() == 2);
+        m_Guide.step(
+            "listed members and roles of the project",
+            people.select_ProjectMembers(project).get()->getInstances()[0]->getProperties()->isIsRole() &&
+                people.select_ProjectRoles(project).get()->getInstances()[0]->getProperties()->getUserIds().size() ==
+                    2);
 
         model::PlexumStats stats;
         stats.setCount(2);
         stats.setOpen(2);
-        administer(_XPLATSTR("Plexum/Stats"), envelope<model::PlexumStatsInstance>(stats));
-        const auto read = listed(api::StatsApi(m_Client).select_PlexumStats(project))[0]->getProperties();
+        administer<model::PlexumStatsInstance>(_XPLATSTR("Plexum/Stats"), kit::envelope(stats));
+        const auto read = api::StatsApi(m_Client).select_PlexumStats(project).get()->getInstances()[0]->getProperties();
         m_Guide.step("read the statistics: " + std::to_string(read->getOpen()) + " of " +
                          std::to_string(read->getCount()) + " issues are open",
                      read->getOpen() == 2 && !read->assignedIsSet());
@@ -445,24 +408,26 @@ private:
         model::PlexumTemplate original;
         original.setClassName(issueClass);
         const auto templateId =
-            administer(_XPLATSTR("Plexum/Template"), envelope<model::PlexumTemplateInstance>(original));
+            administer<model::PlexumTemplateInstance>(_XPLATSTR("Plexum/Template"), kit::envelope(original));
         model::PlexumTemplate copy;
         copy.setCopy(true);
-        const auto storedTemplate = stored(api::TemplateApi(m_Client).update_PlexumTemplate(
-            project, templateId, envelope<model::PlexumTemplateInstance>(copy)));
+        const auto storedTemplate =
+            kit::stored(api::TemplateApi(m_Client).update_PlexumTemplate(project, templateId, kit::envelope(copy)))
+                .get();
         m_Guide.step("changed a template", storedTemplate->getProperties()->isCopy() &&
                                                storedTemplate->getProperties()->getClassName() == issueClass);
 
         model::PlexumRenderer renderer;
         renderer.setVersion(_XPLATSTR("4.2"));
         const auto rendererId =
-            administer(_XPLATSTR("Plexum/Renderer"), envelope<model::PlexumRendererInstance>(renderer));
-        storeFile(_XPLATSTR("Plexum/Renderer"), rendererId, "(a renderer)");
+            administer<model::PlexumRendererInstance>(_XPLATSTR("Plexum/Renderer"), kit::envelope(renderer));
         api::RendererApi renderers(m_Client);
+        kit::upload(renderers, project, rendererId, kit::FileContent::ofBytes("(a renderer)")).get();
         m_Guide.step("read and downloaded a renderer",
-                     listed(renderers.select_PlexumRenderer(project))[0]->getProperties()->getVersion() ==
+                     renderers.select_PlexumRenderer(project).get()->getInstances()[0]->getProperties()->getVersion() ==
                              renderer.getVersion() &&
-                         bytesOf(renderers.fILEGET_PlexumRenderer_instanceId(project, rendererId)) == "(a renderer)");
+                         kit::bytesOf(renderers.fILEGET_PlexumRenderer_instanceId(project, rendererId)).get() ==
+                             "(a renderer)");
     }
 
     void documentsAndJobs() {
@@ -472,22 +437,21 @@ private:
         request.setFileName(_XPLATSTR("rail.pdf"));
         request.setInstanceClass(issueClass);
         request.setInstanceIds({m_Issue});
-        const auto pdf =
-            stored(pdfs.insert_FormPDFGeneratedPDF(project, envelope<model::FormPDFGeneratedPDFInstance>(request)));
-        const auto bytes = bytesOf(pdfs.fILEGET_FormPDFGeneratedPDF_instanceId(project, pdf->getInstanceId()));
+        const auto pdf = kit::stored(pdfs.insert_FormPDFGeneratedPDF(project, kit::envelope(request))).get();
+        const auto bytes =
+            kit::bytesOf(pdfs.fILEGET_FormPDFGeneratedPDF_instanceId(project, pdf->getInstanceId())).get();
         m_Guide.step("requested a PDF and downloaded it, " + std::to_string(bytes.size()) + " bytes",
                      bytes.compare(0, 5, "%PDF-") == 0);
 
         model::BcfExport exported;
         exported.setInstanceClass(issueClass);
         exported.setInstanceIds({m_Issue});
-        const auto job =
-            stored(api::ExportApi(m_Client).insert_BcfExport(project, envelope<model::BcfExportInstance>(exported)));
+        const auto job = kit::stored(api::ExportApi(m_Client).insert_BcfExport(project, kit::envelope(exported))).get();
         model::BcfImport imported;
         imported.setInstanceClass(issueClass);
         imported.setDiscipline(_XPLATSTR("Safety"));
         const auto back =
-            stored(api::ImportApi(m_Client).insert_BcfImport(project, envelope<model::BcfImportInstance>(imported)));
+            kit::stored(api::ImportApi(m_Client).insert_BcfImport(project, kit::envelope(imported))).get();
         m_Guide.step("started a BCF export and a BCF import",
                      job->getProperties()->getInstanceIds() == std::vector<string_t>{m_Issue} &&
                          back->getProperties()->getDiscipline() == imported.getDiscipline());
@@ -500,13 +464,9 @@ private:
             call();
             m_Guide.step(what + ": but it was not", false);
         } catch (const api::ApiException& error) {
-            model::ErrorSchema payload;
-            if (const auto body = error.getContent()) {
-                payload.fromJson(web::json::value::parse(*body));
-            }
-            m_Guide.step(what + ": " + std::to_string(error.error_code().value()) + ", " +
-                             quoted(payload.getErrorMessage()),
-                         error.error_code().value() == status && payload.errorMessageIsSet());
+            const kit::Failure failure(error, _XPLATSTR("It"));
+            m_Guide.step(what + ": " + to_utf8string(failure.sentence()),
+                         failure.status() == status && failure.payload() != nullptr);
         }
     }
 

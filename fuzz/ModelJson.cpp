@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     require(json.serialize() == before, "reading leaves the JSON as it is");
 
     const auto consuming = type.make();
-    if (auto* model = dynamic_cast<detail::Model*>(consuming.get())) {
+    if (auto* model = dynamic_cast<Model*>(consuming.get())) {
         require(failureOf<json_exception>([&] { model->fromJson(std::move(json)); }) == failure,
                 "reading from a copy and from a consumed tree fail alike");
         // After a failure too: what was read before it stays set.

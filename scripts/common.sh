@@ -39,3 +39,53 @@ run_tests() {
     say "Testing ($preset)"
     ctest --preset "$preset" "$@"
 }
+
+# start_repository PRESET: runs its build's local repository on a fresh database until the script ends; sets $url.
+start_repository() {
+    say "Starting a local repository"
+    repository_work=$(mktemp -d)
+    repository=
+    trap stop_repository EXIT
+    start_program "build/$1/tools/repository/varnel-forms-repository" --database "$repository_work/repository.db"
+    echo "$url"
+}
+
+# start_program PROGRAM ARGUMENT...: runs one that writes the URL of a repository, as the one that stop_repository ends.
+start_program() {
+    "$@" >"$repository_work/url" &
+    repository=$!
+    for _ in $(seq 100); do
+        [ -s "$repository_work/url" ] && break
+        kill -0 "$repository" 2>/dev/null || { echo "the repository did not start" >&2; exit 1; }
+        sleep 0.1
+    done
+    url=$(grep -o 'http://[^ ]*' "$repository_work/url")
+}
+
+stop_repository_process() {
+    [ -z "$repository" ] || { kill "$repository" 2>/dev/null && wait "$repository"; } || true
+    repository=
+}
+
+stop_repository() {
+    stop_repository_process
+    rm -rf "$repository_work"
+}
+
+# browse FOLDER ARGUMENT...: a headless browser, which keeps what it needs in that folder.
+browse() {
+    local folder=$1
+    shift
+    chromium --headless --no-sandbox --disable-gpu --hide-scrollbars --virtual-time-budget=3000 \
+        --user-data-dir="$folder" "$@" 2>/dev/null
+}
+
+# take_pictures FOLDER NAME URL: what a desktop and a phone show there, light and dark, in NAME-SIZE-light.png and so on.
+take_pictures() {
+    local size
+    for size in 1280x900 390x844; do
+        browse "$1" --window-size="${size/x/,}" --screenshot="$2-$size-light.png" "$3"
+        browse "$1" --window-size="${size/x/,}" --force-dark-mode --blink-settings=preferredColorScheme=0 \
+            --screenshot="$2-$size-dark.png" "$3"
+    done
+}

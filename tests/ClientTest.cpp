@@ -6,19 +6,35 @@ namespace {
 using namespace VarnelAPI::Forms::api;
 using namespace VarnelAPI::Forms::model;
 
-using Texts = std::map<utility::string_t, utility::string_t>;
-using Files = std::map<utility::string_t, std::shared_ptr<HttpContent>>;
+/// In UTF-8, as the tests write them.
+using Texts = std::map<std::string, std::string>;
+using Files = std::map<std::string, std::shared_ptr<HttpContent>>;
+
+std::map<utility::string_t, utility::string_t> native(const Texts& texts) {
+    std::map<utility::string_t, utility::string_t> natives;
+    for (const auto& [name, value] : texts) {
+        natives.emplace(text(name), text(value));
+    }
+    return natives;
+}
+std::map<utility::string_t, std::shared_ptr<HttpContent>> native(const Files& files) {
+    std::map<utility::string_t, std::shared_ptr<HttpContent>> natives;
+    for (const auto& [name, file] : files) {
+        natives.emplace(text(name), file);
+    }
+    return natives;
+}
 
 TEST(Configuration, StartsEmptyAndKeepsWhatItIsGiven) {
     ApiConfiguration configuration;
-    EXPECT_EQ(configuration.getBaseUrl() + configuration.getUserAgent() + configuration.getApiKey("any"), "");
+    EXPECT_EQ(configuration.getBaseUrl() + configuration.getUserAgent() + configuration.getApiKey("any"_t), "");
     EXPECT_TRUE(configuration.getDefaultHeaders().empty());
     EXPECT_EQ(configuration.getHttpConfig().timeout(), std::chrono::seconds(30));
     EXPECT_EQ(configuration.getHttpConfig().max_redirects(), 10U);
-    configuration.setApiKey("a", "1");
-    configuration.setApiKey("a", "2");
-    EXPECT_EQ(configuration.getApiKey("a"), "2");
-    EXPECT_EQ(configuration.getApiKey("A"), "");
+    configuration.setApiKey("a"_t, "1"_t);
+    configuration.setApiKey("a"_t, "2"_t);
+    EXPECT_EQ(configuration.getApiKey("a"_t), "2");
+    EXPECT_EQ(configuration.getApiKey("A"_t), "");
     web::http::client::http_client_config settings;
     settings.set_timeout(std::chrono::seconds(7));
     configuration.setHttpConfig(settings);
@@ -26,31 +42,31 @@ TEST(Configuration, StartsEmptyAndKeepsWhatItIsGiven) {
     const ApiConfiguration copy = configuration;
     EXPECT_EQ(copy.getHttpConfig().timeout(), std::chrono::seconds(7));
     EXPECT_EQ(copy.getHttpConfig().chunksize(), 1000U);
-    EXPECT_EQ(copy.getApiKey("a"), "2");
+    EXPECT_EQ(copy.getApiKey("a"_t), "2");
 }
 
 TEST(Exception, CarriesCodeMessageHeadersAndContent) {
-    std::map<utility::string_t, utility::string_t> headers{{"A", "1"}};
+    auto headers = native({{"A", "1"}});
     const auto content = std::make_shared<std::istringstream>("payload");
-    const auto raise = [&] { throw ApiException(404, "nicht gefunden: ü", headers, content); };
+    const auto raise = [&] { throw ApiException(404, "nicht gefunden: ü"_t, headers, content); };
     try {
         raise();
     } catch (const web::http::http_exception& base) {
         EXPECT_STREQ(base.what(), "nicht gefunden: ü");
         EXPECT_EQ(base.error_code(), std::error_code(404, utility::details::platform_category()));
         auto copy = dynamic_cast<const ApiException&>(base);
-        headers["A"] = "changed";
-        EXPECT_EQ(copy.getHeaders(), (Texts{{"A", "1"}}));
+        headers["A"_t] = "changed"_t;
+        EXPECT_EQ(copy.getHeaders(), native({{"A", "1"}}));
         EXPECT_EQ(copy.getContent(), content);
     }
-    ApiException bare(400, "text", nullptr);
+    ApiException bare(400, "text"_t, nullptr);
     EXPECT_EQ(bare.getContent(), nullptr);
     EXPECT_TRUE(bare.getHeaders().empty());
 }
 
 TEST(ParameterToString, WritesEachType) {
-    EXPECT_EQ(ApiClient::parameterToString(utility::string_t("a b/ü")), "a b/ü");
-    EXPECT_EQ(ApiClient::parameterToString("a literal, no bool"), "a literal, no bool");
+    EXPECT_EQ(ApiClient::parameterToString("a b/ü"_t), "a b/ü");
+    EXPECT_EQ(ApiClient::parameterToString(_XPLATSTR("a literal, no bool")), "a literal, no bool");
     EXPECT_EQ(ApiClient::parameterToString(int32_t{-7}), "-7");
     EXPECT_EQ(ApiClient::parameterToString(int64_t{-5000000000}), "-5000000000");
     EXPECT_EQ(ApiClient::parameterToString(1.5F), "1.500000");
@@ -58,7 +74,7 @@ TEST(ParameterToString, WritesEachType) {
     EXPECT_EQ(ApiClient::parameterToString(1e20), "100000000000000000000.000000");
     EXPECT_EQ(ApiClient::parameterToString(true) + ApiClient::parameterToString(false), "truefalse");
     EXPECT_EQ(ApiClient::parameterToString(
-                  utility::datetime::from_string("2024-02-29T12:00:00.5Z", utility::datetime::ISO_8601)),
+                  utility::datetime::from_string("2024-02-29T12:00:00.5Z"_t, utility::datetime::ISO_8601)),
               "2024-02-29T12:00:00.5Z");
 }
 
@@ -69,7 +85,8 @@ protected:
     auto call(const std::string& path, const std::string& method, const Texts& query = {},
               const std::shared_ptr<IHttpBody>& body = nullptr, const Texts& headers = {}, const Texts& form = {},
               const Files& files = {}, const std::string& contentType = "application/json") {
-        return client->callApi(path, method, query, body, headers, form, files, contentType);
+        return client->callApi(text(path), text(method), native(query), body, native(headers), native(form),
+                               native(files), text(contentType));
     }
 
     /// The one request that a call of these parts makes. The boundary of a multipart body is written as B in it.
@@ -105,17 +122,17 @@ TEST_F(ClientTest, SendsMethodPathQueryAndHeaders) {
     EXPECT_FALSE(request.has("Content-Type"));
     EXPECT_EQ(request.body, "");
     EXPECT_EQ(requestOf("/p", "GET", Texts(), nullptr, Texts{{"user-agent", "own"}}).header("User-Agent"), "own");
-    configuration->setUserAgent("");
-    configuration->getDefaultHeaders()["X-Default"] = "only the operations add it";
-    configuration->setApiKey("X-Key", "never sent");
+    configuration->setUserAgent(""_t);
+    configuration->getDefaultHeaders()["X-Default"_t] = "only the operations add it"_t;
+    configuration->setApiKey("X-Key"_t, "never sent"_t);
     const Request second = requestOf("/p", "GET");
     EXPECT_EQ(second.header("User-Agent"), "");
     EXPECT_FALSE(second.has("X-Default") || second.has("X-Key"));
 }
 
 TEST_F(ClientTest, SendsEachKindOfBody) {
-    const auto file = ModelBase::toHttpContent("not this name", "bytes", "text/plain");
-    file->setFileName("f.txt");
+    const auto file = ModelBase::toHttpContent("not this name"_t, "bytes"_t, "text/plain"_t);
+    file->setFileName("f.txt"_t);
     const Texts none, form{{"b", "2 &ü"}, {"a", "1"}};
     const std::string json = "application/json", multipart = "multipart/form-data";
     const std::string urlencoded = "application/x-www-form-urlencoded; charset=utf-8";
@@ -131,7 +148,7 @@ TEST_F(ClientTest, SendsEachKindOfBody) {
         std::string sentType;
         std::string sentBody;
     } rows[] = {
-        {std::make_shared<JsonBody>(web::json::value::string("ü")), none, {}, json, json, "\"ü\""},
+        {std::make_shared<JsonBody>(web::json::value::string("ü"_t)), none, {}, json, json, "\"ü\""},
         {std::make_shared<BinaryBody>("\0\xFF", 2), none, {}, "a/b; c=d", "a/b; c=d", std::string("\0\xFF", 2)},
         {std::make_shared<BinaryBody>("", 0), none, {}, "a/b", "a/b", ""},
         {nullptr, form, {}, json, json, R"({"a":"1","b":"2 &ü"})"},
@@ -154,6 +171,31 @@ TEST_F(ClientTest, SendsEachKindOfBody) {
     EXPECT_EQ(file->getName(), "not this name");
 }
 
+TEST_F(ClientTest, SendsWhatABodyThatSeeksInItsStreamWrote) {
+    struct Seeking final : IHttpBody {
+        void writeTo(std::ostream& stream) override {
+            stream << stream.tellp() << "????:" << stream.tellp();
+            stream.seekp(1).put('#') << stream.tellp(); // Over what is there; the rest stays.
+            stream.seekp(-1, std::ios::end) << "end";   // From within on, beyond it.
+            stream.seekp(-4, std::ios::cur) << "m" << stream.tellp();
+            stream.seekp(0, std::ios::end) << stream.tellp();
+            stream << std::boolalpha;
+            for (const auto which : {std::ios::out, std::ios::in}) {
+                stream << (stream.rdbuf()->pubseekpos(2, which) == std::streampos(2));
+            }
+            for (const std::streamoff nowhere : {-1000, 1000}) {
+                stream << stream.seekp(nowhere, std::ios::cur).fail();
+                stream.clear();
+                stream << stream.fail();
+            }
+        }
+    };
+    Seeking body;
+    std::ostringstream expected;
+    body.writeTo(expected);
+    EXPECT_EQ(requestOf("/p", "POST", Texts(), std::make_shared<Seeking>()).body, expected.str());
+}
+
 TEST_F(ClientTest, LetsAContentTypeAmongTheHeadersWin) {
     const auto body = std::make_shared<JsonBody>(web::json::value(1));
     EXPECT_EQ(requestOf("/p", "POST", Texts(), body, Texts{{"content-type", "own/type"}}).header("Content-Type"),
@@ -162,7 +204,7 @@ TEST_F(ClientTest, LetsAContentTypeAmongTheHeadersWin) {
 
 TEST_F(ClientTest, RefusesConflictsOfParametersInTheCall) {
     const auto body = std::make_shared<JsonBody>(web::json::value(1));
-    const Files files{{"f", ModelBase::toHttpContent("f", "x")}};
+    const Files files{{"f", ModelBase::toHttpContent("f"_t, "x"_t)}};
     const Texts none, form{{"a", "1"}};
     const std::string withForm = "400 Cannot have body and form params|no content";
     const std::string withFiles = "400 Cannot have body and file params|no content";
@@ -189,15 +231,15 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
                   ("the name of the header \"" + bad + "\" holds CR, LF or NUL").c_str());
         EXPECT_EQ(refused({}, "GET", bad), "the header \"Content-Type\" holds CR, LF or NUL");
         EXPECT_EQ(refused({}, bad, "t"), "the method holds CR, LF or NUL");
-        configuration->setUserAgent(bad);
+        configuration->setUserAgent(text(bad));
         EXPECT_EQ(refused({}, "GET", "t"), "the header \"User-Agent\" holds CR, LF or NUL");
-        configuration->setUserAgent("fine");
+        configuration->setUserAgent("fine"_t);
     }
     for (const std::string method : {"", "GET /other", "GET\t"}) {
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { call("/p", method); }),
                   ("the method \"" + method + "\" is not one word").c_str());
     }
-    for (const std::string name : {"", "X Y", "X\tY", "X: Y"}) {
+    for (const std::string name : {"", "X Y", "X\tY", "X: Y", "X:Y"}) {
         EXPECT_EQ(messageOf<std::invalid_argument>([&] {
                       call("/p", "GET", none, nullptr, {{name, "1"}});
                   }),
@@ -218,8 +260,12 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
         void writeTo(std::ostream&) override { throw std::logic_error("the body was written"); }
     };
     messageOf<std::logic_error>([&] { call("/p", "POST", none, std::make_shared<Unwritten>()); });
+    struct TooLong final : IHttpBody {
+        void writeTo(std::ostream& stream) override { stream.write("x", std::numeric_limits<std::streamsize>::max()); }
+    };
+    messageOf<std::length_error>([&] { call("/p", "POST", none, std::make_shared<TooLong>()); });
     for (const std::string url : {"", "no url", "ftp://127.0.0.1"}) {
-        configuration->setBaseUrl(url);
+        configuration->setBaseUrl(text(url));
         EXPECT_THROW(call("/p", "GET"), std::exception) << url;
     }
     messageOf<std::invalid_argument>([&] { call("/a b", "POST", none, std::make_shared<Unwritten>()); });
@@ -229,12 +275,12 @@ TEST_F(ClientTest, RefusesInTheCallWhatCantBeSent) {
 
 TEST_F(ClientTest, NeedsTheBodyOnlyDuringTheCall) {
     server.reply(Reply::of(200, "OK", "", ""));
-    auto file = ModelBase::toHttpContent("f", "x");
+    auto file = ModelBase::toHttpContent("f"_t, "x"_t);
     auto task = call("/p", "POST", {}, nullptr, {}, {}, {{"f", file}}, "multipart/form-data");
     EXPECT_EQ(file.use_count(), 1);
     file->setData(nullptr);
     client = std::make_shared<ApiClient>(nullptr);
-    configuration->setBaseUrl("");
+    configuration->setBaseUrl(""_t);
     EXPECT_EQ(task.get().status_code(), 200);
 }
 
@@ -254,7 +300,7 @@ public:
         };
         return std::make_shared<Stream>(m_Good);
     }
-    utility::string_t getFileName() const override { return "own.txt"; }
+    utility::string_t getFileName() const override { return "own.txt"_t; }
 
 private:
     std::size_t m_Good;
@@ -265,7 +311,7 @@ TEST_F(ClientTest, SendsWhatAFileYieldsAndTheRestOfTheBody) {
     for (const std::size_t good : {std::size_t{0}, std::size_t{1}, block - 1, block, 2 * block + 10}) {
         const Request request = requestOf("/p", "POST", Texts(), nullptr, Texts(), Texts{{"after", "rest"}},
                                           Files{{"f", std::make_shared<FailingFile>(good)},
-                                                {"g", ModelBase::toHttpContent("g", std::string(block, 'y'))}},
+                                                {"g", ModelBase::toHttpContent("g"_t, text(std::string(block, 'y')))}},
                                           "multipart/form-data");
         EXPECT_EQ(request.body, "--B\r\nContent-Disposition: form-data; name=\"after\"\r\n\r\nrest\r\n--B\r\n"
                                 "Content-Disposition: ; name=\"f\"; filename=\"own.txt\"\r\n\r\n" +
@@ -277,7 +323,7 @@ TEST_F(ClientTest, SendsWhatAFileYieldsAndTheRestOfTheBody) {
 
 TEST_F(ClientTest, SendsADirectoryAsAnEmptyFile) {
     // It opens like a file, claims to be as large as can be, and can't be read.
-    const auto directory = ModelBase::toHttpContent("f", "");
+    const auto directory = ModelBase::toHttpContent("f"_t, ""_t);
     directory->setData(std::make_shared<std::ifstream>(testing::TempDir()));
     const Request request = requestOf("/p", "POST", Texts(), nullptr, Texts(), Texts{{"after", "rest"}},
                                       Files{{"f", directory}}, "multipart/form-data");
@@ -304,6 +350,9 @@ TEST_F(ClientTest, ReadsTheBodyInAllItsWays) {
 }
 
 TEST_F(ClientTest, OpensAConnectionForEachCallAndClosesIt) {
+    if (isOverCurl()) {
+        GTEST_SKIP() << "it keeps connections";
+    }
     for (std::size_t calls = 1; calls <= 3; ++calls) {
         server.reply(Reply::of(200, "OK", "", "x").endingWith(Reply::Ending::KeepOpen));
         EXPECT_EQ(call("/p", "GET").get().extract_string(true).get(), "x");
@@ -317,11 +366,11 @@ TEST_F(ClientTest, OpensAConnectionForEachCallAndClosesIt) {
     call("/p", "GET").get();
     EXPECT_TRUE(server.waitForCloses(4));
     server.reply(kept);
-    messageOf<ApiException>([&] { schemas.get_SchemasSchema_instanceId("L", "i").get(); });
+    messageOf<ApiException>([&] { schemas.get_SchemasSchema_instanceId("L"_t, "i"_t).get(); });
     EXPECT_TRUE(server.waitForCloses(5));
     server.reply(Reply::redirect(302, "/base/next").endingWith(Reply::Ending::KeepOpen));
     server.reply(Reply::of(200, "OK", "", "x").endingWith(Reply::Ending::KeepOpen));
-    schemas.delete_SchemasSchema_instanceId("L", "i").get();
+    schemas.delete_SchemasSchema_instanceId("L"_t, "i"_t).get();
     EXPECT_TRUE(server.waitForCloses(7));
     EXPECT_EQ(server.connections(), 7U);
 }
@@ -338,14 +387,14 @@ TEST_F(ClientTest, FailsInTheTaskWhenNobodyAnswers) {
     auto task = call("/p", "GET");
     messageOf<web::http::http_exception>([&] { task.get(); });
     const std::string nobody = RecordingServer().url();
-    configuration->setBaseUrl(nobody);
-    auto refused = SchemaApi(client).select_SchemasSchema("L");
+    configuration->setBaseUrl(text(nobody));
+    auto refused = SchemaApi(client).select_SchemasSchema("L"_t);
     messageOf<web::http::http_exception>([&] { refused.get(); });
 
-    configuration->setBaseUrl(server.url());
+    configuration->setBaseUrl(text(server.url()));
     configuration->getHttpConfig().set_timeout(std::chrono::seconds(1));
     server.reply(Reply{{}, Reply::Ending::KeepOpen});
-    auto late = SchemaApi(client).select_SchemasSchema("L");
+    auto late = SchemaApi(client).select_SchemasSchema("L"_t);
     messageOf<web::http::http_exception>([&] { late.get(); });
 }
 
@@ -379,6 +428,11 @@ TEST_F(ClientTest, FollowsRedirectsOfItsServiceWithAllHeaders) {
         EXPECT_EQ(second.body, keepsBody ? "bytes" : "");
         EXPECT_EQ(second.header("Content-Type"), keepsBody ? "t/t" : "");
     }
+    server.reply(Reply::redirect(307, "/base/new"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "GET", {}, nullptr, {{"Host", "own.example"}}).get();
+    EXPECT_EQ(server.requests().rbegin()[1].header("Host"), "own.example");
+    EXPECT_EQ(server.requests().back().header("Host"), server.origin().substr(7)) << "where the redirect leads to";
     server.reply(Reply::redirect(303, "/base/new"));
     server.reply(Reply::of(200, "OK", "", ""));
     call("/old", "HEAD").get();
@@ -401,6 +455,20 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
     }
     EXPECT_EQ(other.requests().at(0).header("Host"), other.origin().substr(7));
     EXPECT_TRUE(other.takeErrors().empty());
+    // A relative one is relative to the redirect before it. What the other host sends is decoded, as the settings say.
+    configuration->getHttpConfig().set_request_compressed_response(true);
+    server.reply(Reply::redirect(302, other.url() + "/b/x"));
+    other.reply(Reply::redirect(302, "y"));
+    other.reply(Reply::of(200, "OK", "Content-Encoding: gzip\r\n",
+                          std::string("\x1f\x8b\x08\0\0\0\0\0\x02\x03\xab\0\0\x83\x16\xdc\x8c\1\0\0\0", 21)));
+    auto response = call("/old", "GET", {}, nullptr, {{"Accept-Encoding", "own"}}).get();
+    EXPECT_EQ(response.extract_string(true).get(), "x");
+    EXPECT_EQ(server.requests().back().header("Accept-Encoding").substr(0, 3), "own");
+    EXPECT_EQ(other.requests().back().target, "/base/b/y");
+    const std::string encodings = other.requests().back().header("Accept-Encoding");
+    EXPECT_NE(encodings.find("gzip"), std::string::npos);
+    EXPECT_EQ(encodings.find("own"), std::string::npos);
+    configuration->getHttpConfig().set_request_compressed_response(false);
     // Another name is another host, on the same port too: here another notation of the same address.
     const std::string port = server.origin().substr(server.origin().rfind(':'));
     server.reply(Reply::redirect(307, "http://127.1" + port + "/base/x"));
@@ -422,13 +490,18 @@ TEST_F(ClientTest, FollowsManyRedirectsBetweenTwoHosts) {
     configuration->getHttpConfig().set_max_redirects(hops);
     EXPECT_EQ(call("/old", "GET").get().status_code(), 200);
     EXPECT_EQ(server.requests().size() + other.requests().size(), hops + 1U);
+    configuration->getHttpConfig().set_max_redirects(1);
+    server.reply(Reply::redirect(302, other.url() + "/a"));
+    other.reply(Reply::redirect(302, "/base/b"));
+    EXPECT_EQ(call("/old", "GET").get().status_code(), 302) << "the limit holds elsewhere too";
+    EXPECT_EQ(other.requests().back().target, "/base/a");
 }
 
 TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
     // The HTTP library never frees the credentials that it decrypts.
     turnLeakCheckOff();
     RecordingServer other;
-    configuration->getHttpConfig().set_credentials(web::credentials("user", "secret"));
+    configuration->getHttpConfig().set_credentials(web::credentials("user"_t, "secret"_t));
     server.reply(Reply::redirect(302, server.url() + "/same"));
     server.reply(Reply::redirect(302, other.url() + "/other"));
     other.reply(Reply::of(200, "OK", "", ""));
@@ -441,8 +514,8 @@ TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
     web::http::client::http_client_config settings;
     int sockets = 0;
     settings.set_nativehandle_options([&sockets](web::http::client::native_handle) { ++sockets; });
-    web::http::oauth2::experimental::oauth2_config oauth("id", "key", "http://a/", "http://t/", "http://r/");
-    oauth.set_token(web::http::oauth2::experimental::oauth2_token("token"));
+    web::http::oauth2::experimental::oauth2_config oauth("id"_t, "key"_t, "http://a/"_t, "http://t/"_t, "http://r/"_t);
+    oauth.set_token(web::http::oauth2::experimental::oauth2_token("token"_t));
     settings.set_oauth2(oauth);
     configuration->setHttpConfig(settings);
     server.reply(Reply::redirect(302, other.url() + "/other"));

@@ -1,13 +1,15 @@
+#include "support/Locales.h"
 #include "support/Seeds.h"
 #include "support/ServiceTest.h"
 
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <locale>
 #include <sstream>
+
+#include <unistd.h>
 
 namespace forms_test {
 namespace {
@@ -18,34 +20,35 @@ using web::json::value;
 
 const auto infinity = std::numeric_limits<double>::infinity();
 
-std::shared_ptr<HttpContent> part(const std::string& text) {
-    return ModelBase::toHttpContent("n", text);
+std::shared_ptr<HttpContent> part(const std::string& data) {
+    return ModelBase::toHttpContent("n"_t, text(data));
 }
 
 std::shared_ptr<std::istream> stream(const std::string& bytes) {
     return std::make_shared<std::istringstream>(bytes);
 }
 
-utility::datetime date(const char* text) {
-    return utility::datetime::from_string(text, utility::datetime::ISO_8601);
+utility::datetime date(const char* iso) {
+    return utility::datetime::from_string(text(iso), utility::datetime::ISO_8601);
 }
 
 template <class Result>
-Result fromJson(Result (*convert)(value&), const std::string& text) {
-    value json = value::parse(text);
+Result fromJson(Result (*convert)(value&), const std::string& jsonText) {
+    value json = value::parse(text(jsonText));
     return convert(json);
 }
 
 /// "name|disposition|type|file name|data"
 std::string textOf(const std::shared_ptr<HttpContent>& content) {
-    return content->getName() + "|" + content->getContentDisposition() + "|" + content->getContentType() + "|" +
-           content->getFileName() + "|" + (content->getData() ? bytesOf(*content->getData()) : "no data");
+    return utf8(content->getName()) + "|" + utf8(content->getContentDisposition()) + "|" +
+           utf8(content->getContentType()) + "|" + utf8(content->getFileName()) + "|" +
+           (content->getData() ? bytesOf(*content->getData()) : "no data");
 }
 
 TEST(ToJson, WritesEachTypeAsItsJsonText) {
     const std::pair<value, std::string> rows[] = {
-        {ModelBase::toJson(std::string("a\"é\n")), R"("a\"é\n")"},
-        {ModelBase::toJson("a literal, no bool"), R"("a literal, no bool")"},
+        {ModelBase::toJson("a\"é\n"_t), R"("a\"é\n")"},
+        {ModelBase::toJson(_XPLATSTR("a literal, no bool")), R"("a literal, no bool")"},
         {ModelBase::toJson(std::numeric_limits<int32_t>::min()), "-2147483648"},
         {ModelBase::toJson(std::numeric_limits<int64_t>::max()), "9223372036854775807"},
         {ModelBase::toJson(2.5), "2.5"},
@@ -54,6 +57,7 @@ TEST(ToJson, WritesEachTypeAsItsJsonText) {
         {ModelBase::toJson(date("2024-02-29T12:34:56.1234567Z")), R"("2024-02-29T12:34:56.1234567Z")"},
         {ModelBase::toJson(date("2024-02-29T12:00:00+02:00")), R"("2024-02-29T10:00:00Z")"},
         {ModelBase::toJson(utility::datetime()), R"("1970-01-01T00:00:00Z")"},
+        {ModelBase::toJson(date("9999-12-31T23:59:59.999Z")), R"("9999-12-31T23:59:59.999Z")"},
         {ModelBase::toJson(std::shared_ptr<ModelBase>()), "null"},
         {ModelBase::toJson(std::shared_ptr<ModelBase>(std::make_shared<Object>())), "{}"},
     };
@@ -62,13 +66,13 @@ TEST(ToJson, WritesEachTypeAsItsJsonText) {
     }
     for (const double number : {infinity, -infinity, std::nan("")}) {
         messageOf<std::invalid_argument>([=] { ModelBase::toJson(number); });
-        messageOf<std::invalid_argument>([=] { ModelBase::toHttpContent("n", value(number), "a/j"); });
+        messageOf<std::invalid_argument>([=] { ModelBase::toHttpContent("n"_t, value(number), "a/j"_t); });
     }
-    const uint64_t last = date("9999-12-31T23:59:59Z").to_interval();
-    for (const uint64_t ticks : {last + 1, last + 10000000, uint64_t{1} << 62U, uint64_t{1} << 63U, ~uint64_t{0}}) {
+    const uint64_t last = date("9999-12-31T23:59:59.999Z").to_interval();
+    for (const uint64_t ticks : {last + 1, last + 10000, uint64_t{1} << 62U, uint64_t{1} << 63U, ~uint64_t{0}}) {
         const auto late = utility::datetime::from_interval(ticks);
         messageOf<std::out_of_range>([=] { ModelBase::toJson(late); });
-        messageOf<std::out_of_range>([=] { ModelBase::toHttpContent("n", late); });
+        messageOf<std::out_of_range>([=] { ModelBase::toHttpContent("n"_t, late); });
         messageOf<std::out_of_range>([=] { api::ApiClient::parameterToString(late); });
     }
 }
@@ -78,9 +82,9 @@ TEST(ToJson, WritesAFileWithItsDataInBase64) {
     EXPECT_EQ(messageOf<std::invalid_argument>([] { ModelBase::toJson(std::shared_ptr<HttpContent>()); }),
               "the content is an empty pointer");
     messageOf<std::invalid_argument>([&] { ModelBase::toJson(file); });
-    file->setContentDisposition("form-data");
-    file->setContentType("image/png");
-    file->setFileName("a.png");
+    file->setContentDisposition("form-data"_t);
+    file->setContentType("image/png"_t);
+    file->setFileName("a.png"_t);
     file->setData(stream("foob"));
     file->getData()->seekg(2);
     const auto json = ModelBase::toJson(file);
@@ -90,6 +94,7 @@ TEST(ToJson, WritesAFileWithItsDataInBase64) {
     EXPECT_EQ(textOf(ModelBase::fileFromJson(copy)), "|form-data|image/png|a.png|foob");
     EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, "{}")), "||||no data");
     EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"FileName":7,"InputStream":""})")), "||||");
+    EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"InputStream":null})")), "||||") << "empty, but there";
 }
 
 TEST(FromJson, ReadsEachType) {
@@ -101,12 +106,14 @@ TEST(FromJson, ReadsEachType) {
     EXPECT_EQ(fromJson(ModelBase::int32_tFromJson, "-2.9"), -2);
     EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "9223372036854775807"), std::numeric_limits<int64_t>::max());
     EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-9223372036854775808"), std::numeric_limits<int64_t>::min());
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-9223372036854775808.0"), std::numeric_limits<int64_t>::min());
+    EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "9223372036854774784.0"), 9223372036854774784);
     EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "5e9"), 5000000000);
     EXPECT_EQ(fromJson(ModelBase::int64_tFromJson, "-2.9"), -2);
     EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "1e-3"), 0.001);
     EXPECT_EQ(fromJson(ModelBase::doubleFromJson, "3"), 3.0);
     for (const double number : {0.1, 1e-300, 1.7976931348623157e308, 4.9e-324}) {
-        EXPECT_EQ(fromJson(ModelBase::doubleFromJson, ModelBase::toJson(number).serialize()), number);
+        EXPECT_EQ(fromJson(ModelBase::doubleFromJson, utf8(ModelBase::toJson(number).serialize())), number);
     }
     EXPECT_EQ(fromJson(ModelBase::floatFromJson, "0.1"), 0.1F);
     EXPECT_EQ(fromJson(ModelBase::floatFromJson, "-3.4028235e38"), std::numeric_limits<float>::lowest());
@@ -136,35 +143,35 @@ TEST(FromJson, RefusesOtherTypesAndNumbersOutOfRange) {
 
 TEST(ToHttpContent, HoldsEachTypeAsItsText) {
     const std::pair<std::shared_ptr<HttpContent>, const char*> rows[] = {
-        {ModelBase::toHttpContent("n", std::string("é")), "n|form-data|||é"},
-        {ModelBase::toHttpContent("n", "literal", "text/plain"), "n|form-data|text/plain||literal"},
-        {ModelBase::toHttpContent("n", date("2024-02-29T12:34:56Z")), "n|form-data|||2024-02-29T12:34:56Z"},
-        {ModelBase::toHttpContent("n", utility::datetime()), "n|form-data|||1601-01-01T00:00:00Z"},
-        {ModelBase::toHttpContent("n", value::parse("[1, \"é\"]"), "a/j"), "n|form-data|a/j||[1,\"é\"]"},
-        {ModelBase::toHttpContent("n", int32_t{-1234567}), "n|form-data|||-1234567"},
-        {ModelBase::toHttpContent("n", int64_t{5000000000}), "n|form-data|||5000000000"},
-        {ModelBase::toHttpContent("n", 2.5), "n|form-data|||2.5"},
-        {ModelBase::toHttpContent("n", 1e21), "n|form-data|||1e+21"},
-        {ModelBase::toHttpContent("n", 1234567.0), "n|form-data|||1.23457e+06"},
-        {ModelBase::toHttpContent("n", -infinity), "n|form-data|||-inf"},
-        {ModelBase::toHttpContent("n", std::nan("")), "n|form-data|||nan"},
-        {ModelBase::toHttpContent("n", true), "n|form-data|||1"},
-        {ModelBase::toHttpContent("n", false), "n|form-data|||0"},
+        {ModelBase::toHttpContent("n"_t, "é"_t), "n|form-data|||é"},
+        {ModelBase::toHttpContent("n"_t, _XPLATSTR("literal"), "text/plain"_t), "n|form-data|text/plain||literal"},
+        {ModelBase::toHttpContent("n"_t, date("2024-02-29T12:34:56Z")), "n|form-data|||2024-02-29T12:34:56Z"},
+        {ModelBase::toHttpContent("n"_t, utility::datetime()), "n|form-data|||1601-01-01T00:00:00Z"},
+        {ModelBase::toHttpContent("n"_t, value::parse("[1, \"é\"]"_t), "a/j"_t), "n|form-data|a/j||[1,\"é\"]"},
+        {ModelBase::toHttpContent("n"_t, int32_t{-1234567}), "n|form-data|||-1234567"},
+        {ModelBase::toHttpContent("n"_t, int64_t{5000000000}), "n|form-data|||5000000000"},
+        {ModelBase::toHttpContent("n"_t, 2.5), "n|form-data|||2.5"},
+        {ModelBase::toHttpContent("n"_t, 1e21), "n|form-data|||1e+21"},
+        {ModelBase::toHttpContent("n"_t, 1234567.0), "n|form-data|||1.23457e+06"},
+        {ModelBase::toHttpContent("n"_t, -infinity), "n|form-data|||-inf"},
+        {ModelBase::toHttpContent("n"_t, std::nan("")), "n|form-data|||nan"},
+        {ModelBase::toHttpContent("n"_t, true), "n|form-data|||1"},
+        {ModelBase::toHttpContent("n"_t, false), "n|form-data|||0"},
     };
     for (const auto& [content, text] : rows) {
         EXPECT_EQ(textOf(content), text);
     }
     const auto file = std::make_shared<HttpContent>();
-    file->setName("old");
-    file->setContentDisposition("attachment");
-    file->setContentType("t");
-    file->setFileName("f");
+    file->setName("old"_t);
+    file->setContentDisposition("attachment"_t);
+    file->setContentType("t"_t);
+    file->setFileName("f"_t);
     file->setData(stream("data"));
-    const auto copy = ModelBase::toHttpContent("n", file);
+    const auto copy = ModelBase::toHttpContent("n"_t, file);
     EXPECT_EQ(copy->getData(), file->getData()) << "the stream is shared";
     EXPECT_EQ(file->getName(), "old");
     EXPECT_EQ(textOf(copy), "n|attachment|t|f|data");
-    messageOf<std::invalid_argument>([] { ModelBase::toHttpContent("n", std::shared_ptr<HttpContent>()); });
+    messageOf<std::invalid_argument>([] { ModelBase::toHttpContent("n"_t, std::shared_ptr<HttpContent>()); });
 }
 
 TEST(FromHttpContent, ReadsLikeAStream) {
@@ -189,7 +196,7 @@ TEST(FromHttpContent, ReadsLikeAStream) {
 
 TEST(FromHttpContent, NamesWhatIsMissing) {
     const auto empty = std::make_shared<HttpContent>();
-    empty->setName("photo");
+    empty->setName("photo"_t);
     const auto refuses = [&](auto convert) {
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(nullptr); }), "the content is an empty pointer");
         EXPECT_EQ(messageOf<std::invalid_argument>([&] { convert(empty); }),
@@ -214,18 +221,18 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
                                                         {"é", "w6k="},
                                                         {std::string(3, '\0'), "AAAA"},
                                                         {"\xFB\xEF\xBF", "+++/"}};
-    for (const auto& [bytes, text] : rows) {
+    for (const auto& [bytes, encoded] : rows) {
         seed("Base64", bytes);
-        seed("Base64", text);
-        EXPECT_EQ(ModelBase::toBase64(stream(bytes)), text);
-        EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), bytes);
+        seed("Base64", encoded);
+        EXPECT_EQ(ModelBase::toBase64(stream(bytes)), encoded);
+        EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text(encoded))), bytes);
     }
-    EXPECT_EQ(ModelBase::toBase64(std::string("é")), "w6k=");
+    EXPECT_EQ(ModelBase::toBase64("é"_t), "w6k=");
     std::string all;
     for (int i = 0; i < 3 * 256; ++i) {
         all += static_cast<char>(i);
         std::vector<unsigned char> bytes(all.begin(), all.end());
-        const std::string text = ModelBase::toBase64(stream(all));
+        const utility::string_t text = ModelBase::toBase64(stream(all));
         EXPECT_EQ(text, utility::conversions::to_base64(bytes)) << "unlike the HTTP library's";
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), all);
     }
@@ -237,9 +244,14 @@ TEST(Base64, EncodesAndDecodesEveryLengthAndByte) {
     }
     for (const std::size_t size : {6143U, 6144U, 6145U, 8191U, 8192U, 8193U, 12288U, 12289U}) {
         const std::string some = large.substr(0, size);
-        const std::string text = ModelBase::toBase64(stream(some));
+        const utility::string_t text = ModelBase::toBase64(stream(some));
         EXPECT_EQ(text, utility::conversions::to_base64(std::vector<unsigned char>(some.begin(), some.end())));
         EXPECT_EQ(bytesOf(*ModelBase::fromBase64(text)), some) << size;
+        // A file gives its bytes in pieces, of another size than these blocks.
+        const std::string path = testing::TempDir() + "base64-" + std::to_string(getpid());
+        EXPECT_TRUE(std::ofstream(path, std::ios::binary) << some);
+        EXPECT_EQ(ModelBase::toBase64(std::make_shared<std::ifstream>(path, std::ios::binary)), text) << size;
+        std::remove(path.c_str());
     }
     messageOf<std::invalid_argument>([] { ModelBase::toBase64(std::shared_ptr<std::istream>()); });
     EXPECT_EQ(ModelBase::toBase64(std::make_shared<std::ifstream>(testing::TempDir())), "")
@@ -264,19 +276,45 @@ TEST(Base64, SaysWhatIsWrong) {
         {"Zg", character},   {"Zm9vZ", character},  {"Zm9", character},    {"Zm 9", character}, {"Zm9v\n", character},
         {"Zm9é", character}, {"Zm-_", character},   {"Z===", padding},     {"====", padding},   {"=", padding},
         {"Zg=", padding},    {"Zg==Zm9v", padding}, {"Zm8=Zm9v", padding}, {"Z=g=", padding},   {"Zm9v=", padding},
-        {"Zm9v==", padding}, {"Zg=a", padding}};
-    for (const auto& [text, message] : rows) {
-        seed("Base64", text);
-        EXPECT_EQ(messageOf<json_exception>([text = text] { ModelBase::fromBase64(text); }), message) << text;
-        const std::string late = std::string(8192, 'A') + text;
+        {"Zm9v==", padding}, {"Zg=a", padding},     {"QU$=", character},   {"Q$==", character}, {"$U==", character}};
+    for (const auto& [encoded, message] : rows) {
+        seed("Base64", encoded);
+        EXPECT_EQ(messageOf<json_exception>([wrong = text(encoded)] { ModelBase::fromBase64(wrong); }), message)
+            << encoded;
+        const auto late = text(std::string(8192, 'A') + encoded);
         EXPECT_EQ(messageOf<json_exception>([&] { ModelBase::fromBase64(late); }), message) << "in a later block";
     }
+    const utility::string_t more(16384, _XPLATSTR('A'));
+    for (const auto& first : {"$AAA"_t, "A$AA"_t, "AA$A"_t, "AAA$"_t, "AAAA\n"_t}) {
+        EXPECT_EQ(messageOf<json_exception>([&] { ModelBase::fromBase64(first + more); }), character) << "early";
+    }
+    EXPECT_EQ(messageOf<json_exception>([&] { ModelBase::fromBase64("Zg=="_t + more); }), padding) << "early";
+}
+
+TEST(Base64, GivesAStreamThatSeeks) {
+    const auto decoded = ModelBase::fromBase64("Zm9vYmFy"_t);
+    const auto rest = [&] { return std::string(std::istreambuf_iterator<char>(*decoded), {}); };
+    decoded->ignore(2);
+    EXPECT_EQ(decoded->tellg(), 2);
+    EXPECT_EQ(decoded->seekg(1, std::ios::cur).tellg(), 3);
+    EXPECT_EQ(rest(), "bar");
+    EXPECT_EQ(decoded->seekg(0, std::ios::end).tellg(), 6);
+    EXPECT_EQ(rest(), "");
+    EXPECT_EQ(decoded->seekg(-1, std::ios::end).get(), 'r');
+    EXPECT_EQ(decoded->seekg(-6, std::ios::cur).get(), 'f');
+    EXPECT_EQ(decoded->seekg(4).get(), 'a');
+    for (const std::streamoff nowhere : {std::streamoff{-1}, std::streamoff{7}, std::streamoff{1} << 62U}) {
+        EXPECT_TRUE(decoded->seekg(nowhere).fail()) << nowhere;
+        decoded->clear();
+        EXPECT_EQ(decoded->tellg(), 5) << "it stays where it was";
+    }
+    EXPECT_EQ(decoded->rdbuf()->pubseekoff(0, std::ios::beg, std::ios::out), -1) << "nothing is written to it";
 }
 
 TEST(ObjectModel, HoldsAnyObject) {
     Object object;
-    const auto read = [&](const char* text) {
-        auto json = value::parse(text);
+    const auto read = [&](const char* jsonText) {
+        auto json = value::parse(text(jsonText));
         object.fromJson(json);
     };
     EXPECT_EQ(object.toJson().serialize(), "{}");
@@ -284,25 +322,25 @@ TEST(ObjectModel, HoldsAnyObject) {
     for (const auto* ignored : {"[1]", "null", "\"x\"", "1"}) {
         read(ignored);
     }
-    EXPECT_EQ(object.getValue("a").serialize(), R"({"c":[null]})");
-    messageOf<json_exception>([&] { object.getValue("none"); });
-    object.setValue("b", value::string("new"));
-    object.setValue("d", value::null());
+    EXPECT_EQ(object.getValue("a"_t).serialize(), R"({"c":[null]})");
+    messageOf<json_exception>([&] { object.getValue("none"_t); });
+    object.setValue("b"_t, value::string("new"_t));
+    object.setValue("d"_t, value::null());
 
     for (const auto& [prefix, name] :
          {std::pair<std::string, std::string>{"", "object"}, {"p", "p.object"}, {"p.", "p.object"}}) {
-        const auto multipart = std::make_shared<MultipartFormData>("B");
-        object.toMultipart(multipart, prefix);
+        const auto multipart = std::make_shared<MultipartFormData>("B"_t);
+        object.toMultipart(multipart, text(prefix));
         const auto only = multipart->getContents().at(0);
-        EXPECT_EQ(textOf(only), name + "|form-data|application/json||" + object.toJson().serialize());
+        EXPECT_EQ(textOf(only), name + "|form-data|application/json||" + utf8(object.toJson().serialize()));
         Object copy;
         seedParts(copy, *multipart);
-        copy.fromMultiPart(multipart, prefix);
-        EXPECT_EQ(copy.getValue("b").as_string(), "new");
-        EXPECT_EQ(messageOf<std::invalid_argument>([&] { copy.fromMultiPart(multipart, "q"); }),
+        copy.fromMultiPart(multipart, text(prefix));
+        EXPECT_EQ(copy.getValue("b"_t).as_string(), "new");
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { copy.fromMultiPart(multipart, "q"_t); }),
                   "the multipart body has no part \"q.object\"");
     }
-    messageOf<std::invalid_argument>([&] { object.toMultipart(nullptr, ""); });
+    messageOf<std::invalid_argument>([&] { object.toMultipart(nullptr, ""_t); });
 }
 
 /// Writes numbers as "1.234,5" and bools as words, as a host application's locale may.
@@ -315,14 +353,10 @@ class Commas : public std::numpunct<char> {
 
 TEST(Locale, OfTheHostChangesNothingOnTheWire) {
     struct Locales {
-        Locales() {
-            setenv("LOCPATH", FORMS_TEST_LOCALES, 1);
-            EXPECT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
-        }
+        Locales() { EXPECT_TRUE(chooseGerman()); }
         ~Locales() {
             std::locale::global(before);
-            std::setlocale(LC_ALL, "C");
-            unsetenv("LOCPATH");
+            chooseNone();
         }
         std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
     } const german;
@@ -330,24 +364,24 @@ TEST(Locale, OfTheHostChangesNothingOnTheWire) {
     probe << 1234.5 << ' ' << std::to_string(2.5);
     EXPECT_EQ(probe.str(), "1.234,5 2,500000") << "the locales are in force";
 
-    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int32_t{1234567})), "n|form-data|||1234567");
-    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", int64_t{5000000000})), "n|form-data|||5000000000");
-    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", 1234.5)), "n|form-data|||1234.5");
-    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", date("2024-02-29T12:34:56Z"))),
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n"_t, int32_t{1234567})), "n|form-data|||1234567");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n"_t, int64_t{5000000000})), "n|form-data|||5000000000");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n"_t, 1234.5)), "n|form-data|||1234.5");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n"_t, date("2024-02-29T12:34:56Z"))),
               "n|form-data|||2024-02-29T12:34:56Z");
     EXPECT_EQ(ModelBase::doubleFromHttpContent(part("1234.5")), 1234.5);
     EXPECT_EQ(ModelBase::int32_tFromHttpContent(part("1234567")), 1234567);
     EXPECT_EQ(ModelBase::valueFromHttpContent(part("2.5")).serialize(), "2.5");
-    EXPECT_EQ(textOf(ModelBase::toHttpContent("n", value(2.5), "a/j")), "n|form-data|a/j||2.5");
+    EXPECT_EQ(textOf(ModelBase::toHttpContent("n"_t, value(2.5), "a/j"_t)), "n|form-data|a/j||2.5");
     EXPECT_EQ(api::ApiClient::parameterToString(int32_t{1234567}), "1234567");
     EXPECT_EQ(api::ApiClient::parameterToString(1234.5), "1234.500000");
     DynamicSchemaBaseClass issue;
-    auto json = value::parse(R"({"Latitude":1234.5,"_ModelViewDefinition":"{\"cameraInfo\":{\"extents\":[1.5]}}"})");
+    auto json = value::parse(R"({"Latitude":1234.5,"_ModelViewDefinition":"{\"cameraInfo\":{\"extents\":[1.5]}}"})"_t);
     issue.fromJson(json);
     EXPECT_EQ(issue.toJson().serialize(),
               R"({"Latitude":1234.5,"_ModelViewDefinition":"{\"cameraInfo\":{\"extents\":[1.5]}}"})");
     std::ostringstream body;
-    MultipartFormData("B").writeTo(body);
+    MultipartFormData("B"_t).writeTo(body);
     EXPECT_EQ(body.str(), "\r\n--B--\r\n");
     EXPECT_EQ(MultipartFormData().getBoundary().size(), 36U);
 }

@@ -1,6 +1,7 @@
 #include <VarnelAPI/Forms.h>
 
 #include "support/RecordingServer.h"
+#include "support/Text.h"
 
 #include <functional>
 #include <iostream>
@@ -13,6 +14,7 @@ int main() {
     using namespace std::chrono_literals;
     using forms_test::RecordingServer;
     using forms_test::Reply;
+    using forms_test::operator""_t;
 
     RecordingServer server;
     const std::string nobody = RecordingServer().url();
@@ -31,18 +33,18 @@ int main() {
     std::size_t calls = 0;
     for (const auto& [url, reply] : failures) {
         const auto configuration = std::make_shared<api::ApiConfiguration>();
-        configuration->setBaseUrl(url);
+        configuration->setBaseUrl(forms_test::text(url));
         configuration->getHttpConfig().set_timeout(500ms);
         const auto client = std::make_shared<api::ApiClient>(configuration);
         server.replyAlways(reply);
-        keep(api::SchemaApi(client).select_SchemasSchema("L"));
-        keep(api::SchemaApi(client).delete_SchemasSchema_instanceId("L", "i"));
-        keep(api::RendererApi(client).fILEGET_PlexumRenderer_instanceId("L", "i"));
-        const auto call = [&client] { return client->callApi("/base/x", "GET", {}, nullptr, {}, {}, {}, ""); };
+        keep(api::SchemaApi(client).select_SchemasSchema("L"_t));
+        keep(api::SchemaApi(client).delete_SchemasSchema_instanceId("L"_t, "i"_t));
+        keep(api::RendererApi(client).fILEGET_PlexumRenderer_instanceId("L"_t, "i"_t));
+        const auto call = [&client] { return client->callApi("/base/x"_t, "GET"_t, {}, nullptr, {}, {}, {}, ""_t); };
         keep(call());
         keep(call().then([](const web::http::http_response&) {}));
         using Result = std::shared_ptr<model::SchemasSchemaInstances>;
-        keep(api::SchemaApi(client).select_SchemasSchema("L").then([](const Result&) {}));
+        keep(api::SchemaApi(client).select_SchemasSchema("L"_t).then([](const Result&) {}));
         calls += url == nobody ? 0 : 6;
         if (!server.waitForRequests(calls)) {
             std::cerr << "the calls did not arrive\n";

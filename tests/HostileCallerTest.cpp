@@ -1,6 +1,4 @@
-#include "hostile/Retries.h"
 #include "support/ServiceTest.h"
-#include "support/Sources.h"
 #include "support/TlsService.h"
 
 #include <spawn.h>
@@ -101,22 +99,56 @@ TEST_F(HostileCallerTest, NoTextWritesLinesOfItsOwn) {
     checkRefused(rows);
 }
 
-TEST_F(HostileCallerTest, HeadersThatSayHowLongTheBodyIsAreRefused) {
+TEST_F(HostileCallerTest, HeadersThatSayHowLongTheBodyIsMustBeTrue) {
+    auto& defaults = configuration->getDefaultHeaders();
     std::vector<Row> rows;
-    for (const std::string name : {"Content-Length", "content-length", "Transfer-Encoding"}) {
-        rows.push_back({name,
+    const auto refuse = [&](const std::string& name, const std::string& value, const std::string& why) {
+        const std::string header = "the header \"" + name + "\" ";
+        rows.push_back({name + " " + value,
                         [=] {
-                            callWith("PUT", "/x", "text/plain", {{name, "5"}});
+                            callWith("PUT", "/x", "text/plain", {{name, value}});
                         },
-                        "the header \"" + name + "\" follows from the body"});
-        rows.push_back({"default " + name,
-                        [=] {
-                            configuration->getDefaultHeaders() = {{name, "5"}};
+                        header + why + (value == "chunked" ? "" : "1")});
+        rows.push_back({"default " + name + " " + value,
+                        [=, &defaults] {
+                            defaults = {{name, value}};
                             schemas.select_SchemasSchema("L");
                         },
-                        "the header \"" + name + "\" follows from the body"});
+                        header + why + (value == "chunked" ? "" : "0")});
+    };
+    refuse("Transfer-Encoding", "chunked", "follows from the body");
+    for (const std::string name : {"Content-Length", "content-length"}) {
+        for (const std::string value :
+             {"5", "10", "", "-1", "+1", "one", "1 1", "1,", "0, 1", "18446744073709551617"}) {
+            refuse(name, value, "says \"" + value + "\", and the body's length is ");
+        }
     }
     checkRefused(rows);
+    for (const std::string value : {"1", "001", "1, 1"}) {
+        server.reply(Reply::json("{}"));
+        callWith("PUT", "/x", "text/plain", {{"content-LENGTH", value}, {"Content-Length", "1"}}).get();
+        EXPECT_EQ(server.takeRequest().header("Content-Length"), "1");
+    }
+    defaults = {{"Content-Length", "0"}};
+    server.reply(Reply::json("{}"));
+    schemas.select_SchemasSchema("L").get();
+    EXPECT_FALSE(server.takeRequest().has("Content-Length")) << "there is no body";
+}
+
+TEST_F(HostileCallerTest, WhatACallbackThrowsComesOutAsItIs) {
+    struct Own {};
+    const auto check = [this](auto isThrown) {
+        isThrown([this] { schemas.get_SchemasSchema_instanceId("L", "i").get(); });
+        isThrown([this] { schemas.delete_SchemasSchema_instanceId("L", "i").get(); });
+        isThrown([this] { FileApi(client).fILEGET_DynamicSchemaFile_instanceId("L", "i").get(); });
+        isThrown([this] { callWith("GET").get(); });
+    };
+    auto& settings = configuration->getHttpConfig();
+    settings.set_nativehandle_options(
+        [](auto) { throw std::system_error(EPERM, std::generic_category(), "the callback"); });
+    check([](auto act) { EXPECT_EQ(messageOf<std::system_error>(act).find("the callback"), 0U); });
+    settings.set_nativehandle_options([](auto) { throw Own(); });
+    check([](auto act) { EXPECT_THROW(act(), Own); });
 }
 
 TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
@@ -433,29 +465,46 @@ TEST_F(HostileCallerTest, ContinuationsOfAFailingTaskSeeItsFailure) {
     EXPECT_FALSE(ran) << "a continuation that takes the value runs only if there is one";
 }
 
-TEST_F(HostileCallerTest, ACallIsRepeatedOnlyByItsCaller) {
-    const auto get = [this] { return schemas.get_SchemasSchema_instanceId("L", "i"); };
+TEST_F(HostileCallerTest, ACallIsRepeatedOnlyIfThatIsWished) {
+    transport::RetryPolicy policy;
+    policy.attempts = 3;
+    policy.firstPause = 1ms;
+    const auto repeating = client->with(transport::CallOptions().retry(policy));
+    const auto get = [](const auto& over) { return SchemaApi(over).get_SchemasSchema_instanceId("L", "i"); };
     const Reply busy = Reply::json("", 503, "Busy");
-    server.reply(busy);
-    server.reply(Reply::raw("").endingWith(Reply::Ending::Reset));
-    server.reply(Reply::json("{}"));
-    EXPECT_EQ(withRetries(get, 3, 1ms)->toJson().serialize(), "{}");
+    const Reply lost = Reply::raw("").endingWith(Reply::Ending::Reset);
+    for (const Reply& reply : {busy, lost, Reply::json("{}")}) {
+        server.reply(reply);
+    }
+    EXPECT_EQ(get(repeating).get()->toJson().serialize(), "{}");
     EXPECT_EQ(server.requests().size(), 3U);
-    server.reply(busy);
-    server.reply(busy);
-    EXPECT_EQ(apiErrorOf([&] { withRetries(get, 2, 1ms); }), "503 error calling get_SchemasSchema_instanceId: Busy|");
-    for (const int status : {404, 500}) {
-        server.reply(Reply::json("", status, "Not Again"));
-        messageOf<ApiException>([&] { withRetries(get, 2, 1ms); });
-    }
+    server.replyAlways(busy);
+    EXPECT_EQ(apiErrorOf([&] { get(repeating).get(); }),
+              "503 error calling get_SchemasSchema_instanceId: Busy (after 3 attempts)|");
+    EXPECT_EQ(apiErrorOf([&] { get(client).get(); }), "503 error calling get_SchemasSchema_instanceId: Busy|");
     EXPECT_EQ(server.requests().size(), 7U);
-    for (const int status : {429, 502, 504}) {
-        server.reply(Reply::json("", status, "Later"));
-        server.reply(Reply::json("{}"));
-        EXPECT_EQ(withRetries(get, 2, 1ms)->toJson().serialize(), "{}") << status;
+    server.replyAlways(lost);
+    messageOf<web::http::http_exception>(
+        [&] { ListGroupApi(repeating).insert_ListsListGroup("L", std::make_shared<ListsListGroupInstance>()).get(); });
+    EXPECT_EQ(server.requests().size(), 8U) << "it may have had its effect";
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n{").endingWith(Reply::Ending::Reset));
+    messageOf<web::http::http_exception>([&] { get(repeating).get(); });
+    EXPECT_EQ(server.requests().size(), 9U) << "its answer had begun";
+    policy.changes = true;
+    for (const Reply& reply : {busy, lost, Reply::json("{}")}) {
+        server.reply(reply);
     }
-    const std::string source = textOfFile(FORMS_TEST_RETRIES), shown = source.substr(source.find("template"));
-    EXPECT_NE(textOfFile(FORMS_TEST_BEHAVIOUR).find(shown.substr(0, shown.find("\n}\n") + 3)), std::string::npos);
+    client->with(transport::CallOptions().retry(policy))
+        ->callApi("/x", "PUT", {}, std::make_shared<StreamBody>(std::make_shared<std::istringstream>("bytes"), 5), {},
+                  {}, {}, "a/b")
+        .get();
+    EXPECT_EQ(server.requests().size(), 12U);
+    for (std::size_t i = 9; i < 12; ++i) {
+        EXPECT_EQ(server.requests().at(i).body, "bytes");
+    }
+    configuration->setBaseUrl(RecordingServer().url()); // where nobody is any more
+    const auto said = messageOf<web::http::http_exception>([&] { get(repeating).get(); });
+    EXPECT_NE(said.find(" (after 3 attempts)"), std::string::npos) << said;
 }
 
 class EndingProcessTest : public HostileCallerTest, public ::testing::WithParamInterface<const char*> {};
@@ -474,13 +523,14 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
         {"silent", Reply::raw("").endingWith(Reply::Ending::KeepOpen)},
         {"stalled", Reply::raw("HTTP/1.1 500 Stalled\r\nContent-Length: 9\r\n\r\n").then(10s, "123456789")},
         {"busy", Reply::raw("").then(3ms, Reply::json("{}", 500, "Busy").pieces[0].bytes)},
+        {"busy for a while", Reply::json("{}", 503, "Busy")},
         {"redirecting", Reply::redirect(307, "/base/sv1.2/again")},
         {"large", Reply::raw("HTTP/1.1 200 OK\r\n\r\n").then({}, std::string(1U << 20U, 'x'), 20)},
         {"dripping",
          Reply::raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n").then(5ms, "1\r\n{\r\n", 1000)}};
     for (const Service& service : services) {
         server.replyAlways(service.reply);
-        for (const std::string pause : {"0", "1", "5", "20"}) {
+        for (const std::string pause : {"0", "1", "2", "3", "5", "10", "20"}) {
             SCOPED_TRACE(service.name + " " + pause);
             std::string url = service.url.empty() ? server.url() : service.url, how = GetParam(), milliseconds = pause,
                         child = FORMS_TEST_ENDING_CHILD;

@@ -1,3 +1,4 @@
+#include "support/Listener.h"
 #include "support/Seeds.h"
 #include "support/ServiceTest.h"
 
@@ -69,7 +70,7 @@ const Call remove{'d', [](const Client& client) -> Result {
                       };
                   }};
 
-const std::string broken = "http_exception";
+const std::string broken = "http_exception: ...";
 const std::string noJson = "json_exception: * Line...";
 const std::string ok = "HTTP/1.1 200 OK\r\n";
 const std::string chunkedHead = ok + "Transfer-Encoding: chunked\r\n\r\n";
@@ -86,9 +87,12 @@ protected:
         } catch (const web::http::http_exception& error) {
             EXPECT_EQ(typeid(error), typeid(web::http::http_exception));
             EXPECT_NE(std::string(error.what()), "");
-            return broken;
+            return std::string("http_exception: ") + error.what();
         } catch (const web::json::json_exception& error) {
             return std::string("json_exception: ") + error.what();
+        } catch (const std::runtime_error& error) {
+            EXPECT_EQ(typeid(error), typeid(std::runtime_error));
+            return std::string("runtime_error: ") + error.what();
         }
     }
 
@@ -136,7 +140,10 @@ TEST_F(HostileServiceTest, BrokenStatusLinesAndHeaders) {
         std::string bytes;
         std::string json;
         std::string removal;
+        /// Those two over libcurl, where they differ.
+        std::vector<std::string> overCurl = {};
     };
+    const std::vector<std::string> refused{broken, broken}, read{"ok {}", "ok "};
     const std::string error = "ApiException 404 error calling get_DynamicSchemaFile_instanceId: |";
     const std::string removalError = "ApiException 404 error calling delete_DynamicSchemaFile_instanceId: |";
     const std::string two = "Content-Length: 2\r\n\r\n{}";
@@ -149,20 +156,21 @@ TEST_F(HostileServiceTest, BrokenStatusLinesAndHeaders) {
                         {"HTTP/1.1 200\r\n" + two, "ok {}", "ok "},
                         {"HTTP/1.1 404 \r\n" + two, error + "{}", removalError + "{}"},
                         {"HTTP/1.1 404\r\n\r\n", error, removalError},
-                        {"HTTP/1.1 200 OK\r\nno colon\r\n" + two, "ok {}", "ok "},
-                        // An interim reply is not awaited: it counts as the answer.
-                        {"HTTP/1.1 100 Continue\r\n\r\n" + ok + two, noJson, "ok "},
-                        {"HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + ok + two, noJson, "ok "},
-                        {"HTTP/1.1 101 Switching Protocols\r\n\r\n", noJson, "ok "},
+                        {"HTTP/1.1 200 OK\r\nno colon\r\n" + two, "ok {}", "ok ", refused},
+                        // An interim reply is not awaited, but by libcurl: it counts as the answer.
+                        {"HTTP/1.1 100 Continue\r\n\r\n" + ok + two, noJson, "ok ", read},
+                        {"HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + ok + two, noJson, "ok ", read},
+                        {"HTTP/1.1 101 Switching Protocols\r\n\r\n", noJson, "ok ", refused},
                         {"HTTP/1.1 204 No Content\r\n\r\n", noJson, "ok "},
                         {"HTTP/1.1 304 Not Modified\r\n\r\n", noJson, "ok "},
                         {"HTTP/1.1 302 Found\r\nContent-Length: 0\r\n\r\n", noJson, "ok "},
                         {"HTTP/1.1 300 Multiple Choices\r\n" + two, "ok {}", "ok "},
-                        {"HTTP/1.1 200 OK\r\n" + std::string(1000000, 'h') + ": x\r\n" + two, "ok {}", "ok "}};
+                        {"HTTP/1.1 200 OK\r\n" + std::string(1000000, 'h') + ": x\r\n" + two, "ok {}", "ok ", refused}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.bytes.substr(0, 60));
-        check(Reply::raw(row.bytes), file, row.json);
-        check(Reply::raw(row.bytes), remove, row.removal);
+        const bool differs = isOverCurl() && !row.overCurl.empty();
+        check(Reply::raw(row.bytes), file, differs ? row.overCurl[0] : row.json);
+        check(Reply::raw(row.bytes), remove, differs ? row.overCurl[1] : row.removal);
     }
 }
 
@@ -175,27 +183,49 @@ TEST_F(HostileServiceTest, BrokenBodies) {
         std::string bytes;
         /// The content of the exception, if the status is 500.
         std::string errorContent;
+        /// Over libcurl, where any of it differs: the outcomes of reading, downloading, deleting, and with status 500.
+        std::vector<std::string> overCurl = {};
     };
+    const std::string error = "ApiException 500 error calling get_DynamicSchemaFile_instanceId: Broken|";
+    const std::vector<std::string> refused(4, broken), more{broken, broken, "ok ", error + "{}"};
     const std::string length = "Content-Length: ", chunked = "Transfer-Encoding: chunked\r\n\r\n";
     const std::string block(65536, 'x');
+    const std::string noLength = "http_exception: the response's Content-Length is no length: ";
+    const std::string otherLength = "http_exception: the response's body is not as long as its Content-Length: ";
     const std::string tooLong = length + std::to_string(block.size() + 10) + "\r\n\r\n" + block + "x";
     const Row rows[] = {
-        {"too short a body", Reply::raw(length + "10\r\n\r\n{}"), broken, broken, ""},
-        {"too short a long body", Reply::raw(tooLong), broken, broken, block},
+        {"too short a body", Reply::raw(length + "10\r\n\r\n{}"), broken, broken, "", more},
+        {"too short a long body",
+         Reply::raw(tooLong),
+         broken,
+         broken,
+         block,
+         {broken, broken, "ok ", error + block + "x"}},
         {"too long a body", Reply::raw(length + "1\r\n\r\n{}"), noJson, "ok {", "{"},
         {"no length", Reply::raw("\r\n{}"), "ok {}", "ok {}", "{}"},
-        {"reset", Reply::raw(length + "10\r\n\r\n{}").endingWith(Ending::Reset), broken, broken, ""},
-        {"reset without length", Reply::raw("\r\n{}").endingWith(Ending::Reset), broken, broken, ""},
-        {"negative length", Reply::raw(length + "-1\r\n\r\n{}"), broken, broken, "{}"},
-        {"no number", Reply::raw(length + "two\r\n\r\n{}"), broken, broken, ""},
-        {"beyond 64 bits", Reply::raw(length + "99999999999999999999999\r\n\r\n{}"), broken, broken, "{}"},
-        {"terabytes", Reply::raw(length + "9999999999999\r\n\r\n{}"), broken, broken, ""},
-        {"two lengths", Reply::raw(length + "2\r\n" + length + "3\r\n\r\n{}"), broken, broken, "{}"},
-        {"chunk cut off", Reply::raw(chunked + "5\r\n{}"), broken, broken, ""},
-        {"chunk reset", Reply::raw(chunked + "5\r\n{}").endingWith(Ending::Reset), broken, broken, ""},
+        {"reset", Reply::raw(length + "10\r\n\r\n{}").endingWith(Ending::Reset), broken, broken, "", more},
+        {"reset without length", Reply::raw("\r\n{}").endingWith(Ending::Reset), broken, broken, "", more},
+        {"negative length", Reply::raw(length + "-1\r\n\r\n{}"), noLength + "-1", noLength + "-1", "{}", refused},
+        {"no number", Reply::raw(length + "two\r\n\r\n{}"), broken, broken, "", refused},
+        {"beyond 64 bits", Reply::raw(length + "99999999999999999999999\r\n\r\n{}"),
+         otherLength + "99999999999999999999999", otherLength + "99999999999999999999999", "{}"},
+        {"terabytes", Reply::raw(length + "9999999999999\r\n\r\n{}"), broken, broken, "", more},
+        {"two lengths", Reply::raw(length + "2\r\n" + length + "3\r\n\r\n{}"), noLength + "2, 3", noLength + "2, 3",
+         "{}", more},
+        {"another and the length", Reply::raw(length + "2\r\n" + length + "02, 4\r\n\r\n{}"), noLength + "2, 02, 4",
+         noLength + "2, 02, 4", "{}"},
+        {"the length twice", Reply::raw(length + "2\r\n" + length + "2\r\n\r\n{}"), "ok {}", "ok {}", "{}"},
+        {"the length in one line", Reply::raw(length + "2 ,\t02\r\n\r\n{}"), "ok {}", "ok {}", "{}"},
+        {"a length with zeros", Reply::raw(length + "0002\r\n\r\n{}"), "ok {}", "ok {}", "{}"},
+        {"no length, and zeros", Reply::raw(length + "00\r\n\r\n"), noJson, "ok ", ""},
+        {"a signed length", Reply::raw(length + "+2\r\n\r\n{}"), noLength + "+2", noLength + "+2", "{}"},
+        {"a length beside chunks", Reply::raw(length + "7\r\n" + chunked + "2\r\n{}\r\n0\r\n\r\n"), "ok {}", "ok {}",
+         "{}"},
+        {"chunk cut off", Reply::raw(chunked + "5\r\n{}"), broken, broken, "", more},
+        {"chunk reset", Reply::raw(chunked + "5\r\n{}").endingWith(Ending::Reset), broken, broken, "", more},
         {"no last chunk", Reply::raw(chunked + "2\r\n{}\r\n"), broken, broken, "{}"},
         {"no chunk size", Reply::raw(chunked + "zz\r\n{}\r\n0\r\n\r\n"), broken, broken, ""},
-        {"huge chunk", Reply::raw(chunked + "7fffffff\r\n{}"), broken, broken, ""},
+        {"huge chunk", Reply::raw(chunked + "7fffffff\r\n{}"), broken, broken, "", more},
         {"chunk beyond 64 bits", Reply::raw(chunked + "ffffffffffffffffff\r\n{}"), broken, broken, ""},
         {"negative chunk", Reply::raw(chunked + "-1\r\n{}\r\n0\r\n\r\n"), broken, broken, ""},
         {"more negative chunk", Reply::raw(chunked + "-2\r\n{}\r\n0\r\n\r\n"), broken, broken, ""},
@@ -203,7 +233,7 @@ TEST_F(HostileServiceTest, BrokenBodies) {
         {"chunked and gzip", Reply::raw("Content-Encoding: gzip\r\n" + chunked + "3\r\n\x1f\x8b\x08\r\n0\r\n\r\n"),
          noJson, "ok \x1f\x8b\x08", "\x1f\x8b\x08"},
         {"other length than said, and an encoding",
-         Reply::raw("Content-Encoding: identity\r\n" + length + "two\r\n\r\n{}"), broken, broken, ""},
+         Reply::raw("Content-Encoding: identity\r\n" + length + "two\r\n\r\n{}"), broken, broken, "", refused},
         {"gzip without asking", Reply::raw("Content-Encoding: gzip\r\n" + length + "3\r\n\r\n\x1f\x8b\x08"), noJson,
          "ok \x1f\x8b\x08", "\x1f\x8b\x08"},
         {"empty", Reply::raw(length + "0\r\n\r\n"), noJson, "ok ", ""},
@@ -215,11 +245,14 @@ TEST_F(HostileServiceTest, BrokenBodies) {
             reply.pieces[0].bytes = line + reply.pieces[0].bytes;
             return reply;
         };
-        check(withStatus(ok), file, row.json);
-        check(withStatus(ok), download, row.bytes);
-        check(withStatus(ok), remove, "ok ");
-        check(withStatus("HTTP/1.1 500 Broken\r\n"), file,
-              "ApiException 500 error calling get_DynamicSchemaFile_instanceId: Broken|" + row.errorContent);
+        const std::vector<std::string> expected =
+            isOverCurl() && !row.overCurl.empty()
+                ? row.overCurl
+                : std::vector<std::string>{row.json, row.bytes, "ok ", error + row.errorContent};
+        check(withStatus(ok), file, expected[0]);
+        check(withStatus(ok), download, expected[1]);
+        check(withStatus(ok), remove, expected[2]);
+        check(withStatus("HTTP/1.1 500 Broken\r\n"), file, expected[3]);
     }
 }
 
@@ -252,7 +285,6 @@ TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
         {"dripping header", Reply::raw(ok + "X: ").then(100ms, "x", 150), file, broken},
         {"dripping body", Reply::raw(length).then(100ms, " ", 150), download, broken},
         {"dripping without length", Reply::raw(ok + "\r\n").then(100ms, " ", 150), download, broken},
-        {"dripping chunk", Reply::raw(chunkedHead + "100\r\n").then(100ms, " ", 150), download, broken},
         // Another host, for which the settings are made anew.
         {"silence elsewhere", Reply::redirect(302, other.url() + "/x"), file, broken}};
     for (const Row& row : ending) {
@@ -274,60 +306,12 @@ TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
     check(slow, download, "ok xxx...");
     // Whole chunks restart it too, however small they are: this is a slow answer, not a silent one.
     check(Reply::raw(chunkedHead).then(100ms, "1\r\nx\r\n", 10).then(0ms, "0\r\n\r\n"), download, "ok xxxxxxxxxx");
+    // Within a chunk libcurl doesn't tell them from bytes.
+    check(Reply::raw(chunkedHead + "10\r\n").then(timeout / 8, "x", 16).then(0ms, "\r\n0\r\n\r\n"), download,
+          isOverCurl() ? "ok xxxxxxxxxxxxxxxx" : broken);
     // A deletion is done when the status is there.
     check(Reply::raw(length).endingWith(Ending::KeepOpen), remove, "ok ");
 }
-
-/// A socket on a free port of 127.0.0.1 that waits for connections, and accepts them when it is told to.
-class Listener {
-public:
-    explicit Listener(int backlog = 8) {
-        m_Address.sin_family = AF_INET;
-        m_Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const timeval patience{RecordingServer::patience.count(), 0};
-        const int window = 65536;
-        EXPECT_EQ(setsockopt(m_Listener, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience)), 0);
-        EXPECT_EQ(setsockopt(m_Listener, SOL_SOCKET, SO_RCVBUF, &window, sizeof(window)), 0);
-        EXPECT_EQ(bind(m_Listener, m_Plain, m_Size) + listen(m_Listener, backlog), 0);
-        EXPECT_EQ(getsockname(m_Listener, m_Plain, &m_Size), 0);
-    }
-    ~Listener() {
-        close(m_Listener);
-        close(m_Waiting);
-    }
-    Listener(const Listener&) = delete;
-    Listener& operator=(const Listener&) = delete;
-
-    std::string url(const std::string& scheme = "http") const {
-        return scheme + "://127.0.0.1:" + std::to_string(ntohs(m_Address.sin_port));
-    }
-    /// One more connection that waits to be accepted. Without a backlog, all further ones can't even connect.
-    void keepOneWaiting() { EXPECT_EQ(connect(m_Waiting, m_Plain, m_Size), 0); }
-    /// Accepts one connection, and reads it in steps, each after a pause, to its end or until so many bytes came in;
-    /// then, after one more pause, sends the answer.
-    void readSlowly(std::chrono::milliseconds pause, std::size_t step, std::size_t total, const std::string& answer) {
-        const int connection = accept(m_Listener, nullptr, nullptr);
-        std::string block(step, '\0');
-        ssize_t got = 1;
-        for (std::size_t received = 0; got > 0 && received < total; received += static_cast<std::size_t>(got)) {
-            std::this_thread::sleep_for(pause);
-            got = recv(connection, block.data(), std::min(step, total - received), MSG_WAITALL);
-        }
-        std::this_thread::sleep_for(pause);
-        send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
-        shutdown(connection, SHUT_WR);
-        while (recv(connection, block.data(), step, 0) > 0) {
-        }
-        close(connection);
-    }
-
-private:
-    sockaddr_in m_Address{};
-    socklen_t m_Size = sizeof(m_Address);
-    sockaddr* m_Plain = reinterpret_cast<sockaddr*>(&m_Address);
-    int m_Listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    int m_Waiting = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-};
 
 TEST_F(HostileServiceTest, ConnectingAndSendingEndByTheTimeOut) {
     configuration->getHttpConfig().set_timeout(shortTimeOut);
@@ -370,12 +354,13 @@ TEST_F(HostileServiceTest, DecodesWhatItAskedFor) {
     check(Reply::of(200, "OK", "Content-Encoding: gzip\r\n", gzip), file, R"(ok {"instance":{"instanceId":"i"}})");
     EXPECT_NE(server.takeRequest().header("Accept-Encoding").find("gzip"), std::string::npos);
     check(Reply::raw(ok + "Content-Length: 9\r\n\r\n{}").endingWith(Ending::Close), file, broken);
+    check(Reply::raw(ok + "Content-Length: -1\r\n\r\n{}"), file, broken); // One that is not compressed says its length.
     // The length of what it decodes says nothing of the text's: one that was cut off may come as a shorter one.
     check(Reply::of(200, "OK", "Content-Encoding: gzip\r\n", gzip.substr(0, 20)), download, "ok {\"instanc");
     for (const std::string encoding : {"gzip", "deflate"}) {
         const Reply garbage = Reply::of(200, "OK", "Content-Encoding: " + encoding + "\r\n", "garbage");
-        check(garbage, file, broken);
-        check(garbage, download, broken);
+        check(garbage, file, "runtime_error: ...");
+        check(garbage, download, "runtime_error: ...");
         check(garbage, remove, "ok ");
     }
     check(Reply::of(200, "OK", "Content-Encoding: gzip\r\n", gzip.substr(0, 20) + "?????"), file, noJson);
@@ -459,7 +444,7 @@ TEST_F(HostileServiceTest, NumbersOutOfRange) {
         checkProperty("Id", number, style, beyond32);
     }
     for (const std::string number :
-         {"9223372036854775808", "-9223372036854775809", "18446744073709551615", "18446744073709551616",
+         {"9223372036854775808", "-9223372036854777000", "18446744073709551615", "18446744073709551616",
           "-99999999999999999999", "1e19", "9223372036854775807.0", "1e400", "-1e400"}) {
         checkProperty("Size", number, file, beyond64);
     }
@@ -474,6 +459,9 @@ TEST_F(HostileServiceTest, NumbersOutOfRange) {
     }
     for (const auto& [number, read] : Texts{{"9223372036854775807", "9223372036854775807"},
                                             {"-9223372036854775808", "-9223372036854775808"},
+                                            {"-9223372036854775808.0", "-9223372036854775808"},
+                                            // The JSON library makes the same double of it.
+                                            {"-9223372036854775809", "-9223372036854775808"},
                                             {"1e18", "1000000000000000000"},
                                             {"1e-400", "0"}}) {
         checkProperty("Size", number, file, "ok \"Size\":" + read);
@@ -530,7 +518,7 @@ TEST_F(HostileServiceTest, Dates) {
                                                       {"2024-02-29", "2024-02-29T00:00:00Z"},
                                                       {"2024-02-29 12:00:00", "2024-02-29T00:00:00Z"},
                                                       {"2016-12-31T23:59:60Z", "2017-01-01T00:00:00Z"},
-                                                      {"9999-12-31T23:59:59Z", "9999-12-31T23:59:59Z"},
+                                                      {"9999-12-31T23:59:59.999Z", "9999-12-31T23:59:59.999Z"},
                                                       {"0001-01-01T00:00:00Z", never},
                                                       {"1600-12-31T23:59:59Z", never},
                                                       {"1601-01-01T00:00:00Z", never},
@@ -543,7 +531,7 @@ TEST_F(HostileServiceTest, Dates) {
     for (const auto& [date, read] : dates) {
         checkProperty("CreatedDate", '"' + date + '"', file, R"(ok "CreatedDate":")" + read + '"');
     }
-    for (const std::string last : {"9999-12-31T23:59:59.9999999Z", "9999-12-31T23:59:59-01:00"}) {
+    for (const std::string last : {"9999-12-31T23:59:59.9990001Z", "9999-12-31T23:59:59-01:00"}) {
         server.reply(Reply::json(R"({"instance":{"properties":{"CreatedDate":")" + last + R"("}}})"));
         const auto read = FileApi(client).get_DynamicSchemaFile_instanceId("L", "i").get();
         EXPECT_TRUE(read->getInstance()->getProperties()->getCreatedDate().is_initialized());
@@ -615,10 +603,10 @@ public:
         }
     };
 
-    struct Opened : model::detail::Model {
+    struct Opened : model::Model {
         using Model::describe;
     };
-    explicit Places(model::detail::Model& described) { (described.*&Opened::describe)(*this); }
+    explicit Places(model::Model& described) { (described.*&Opened::describe)(*this); }
 
     std::vector<Place> all;
 
@@ -696,6 +684,16 @@ TEST(HostileModels, AcceptTextForAnythingAndRefuseOtherWrongTypes) {
                         DynamicSchemaFileInstanceCount, DynamicSchemaFileInstanceCount_instances,
                         DynamicSchemaFileInstanceCount_properties>();
     EXPECT_GT(places, 200U);
+}
+
+TEST_F(HostileServiceTest, TheFirstProgramShowsWhatThereIs) {
+    server.reply(Reply::json(R"({"instances":[null,{},{"properties":{}},{"properties":{"Text":"t"}}]})"));
+    const std::string command = FORMS_TEST_FIRST + (" " + server.url() + " my-project");
+    const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(command.c_str(), "r"), pclose);
+    std::string shown(100, '\0');
+    shown.resize(fread(shown.data(), 1, shown.size(), output.get()));
+    EXPECT_EQ(shown, "\nt\n4 comments\n");
+    EXPECT_EQ(server.takeRequest().target, "/base/sv1.2/Repositories/Varnel.Forms--my-project/DynamicSchema/_Comment");
 }
 
 TEST_F(HostileServiceTest, AMillionElements) {

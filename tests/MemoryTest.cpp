@@ -2,9 +2,16 @@
 
 #include "support/Memory.h"
 
+#include <VarnelAPI/Forms/kit/Files.h>
+
 #include <cpprest/http_client.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
 /// How much memory calls take at their peak, on top of what there was before.
@@ -13,6 +20,7 @@ namespace {
 
 using namespace VarnelAPI::Forms::api;
 using namespace VarnelAPI::Forms::model;
+namespace kit = VarnelAPI::Forms::kit;
 
 constexpr std::size_t megabyte = 1U << 20U;
 constexpr std::size_t megabytes = 64;
@@ -87,6 +95,27 @@ TEST_F(MemoryTest, OfAMultipartBodyIsItsSize) {
     EXPECT_LT(peakOf([&] { messageOf<web::http::http_exception>(post); }), 1.05 * fileSize);
 }
 
+TEST_F(MemoryTest, OfStreamsIsSmall) {
+    const std::string path = testing::TempDir() + "forms-memory-" + std::to_string(getpid());
+    const auto remover = std::shared_ptr<void>(nullptr, [&path](auto) { std::remove(path.c_str()); });
+    const FileApi files(client);
+    server.replyAlways(large("200 OK"));
+    EXPECT_LT(peakOf([&] { kit::download(files, "L", "i", path).get(); }), 4.0 * megabyte);
+    EXPECT_EQ(std::filesystem::file_size(path), megabytes * megabyte);
+    server.forgetBodies();
+    server.replyAlways(Reply::json("{}"));
+    const auto multipart = std::make_shared<MultipartFormData>("B");
+    const auto file = ModelBase::toHttpContent("file", "");
+    file->setData(std::make_shared<std::ifstream>(path, std::ios::binary));
+    multipart->add(file);
+    for (const auto& [content, size] :
+         {std::pair(kit::FileContent::ofFile(path), megabytes * megabyte),
+          std::pair(kit::FileContent::ofStream(multipart->asStream(), multipart->size()), multipart->size())}) {
+        EXPECT_LT(peakOf([&, content = content] { kit::upload(files, "L", "i", content).get(); }), 4.0 * megabyte);
+        EXPECT_EQ(server.requests().back().header("Content-Length"), std::to_string(size));
+    }
+}
+
 TEST_F(MemoryTest, OfAListIsThatOfItsParsedJsonAndItsTextOrModels) {
     constexpr int count = 5000;
     std::string texts;
@@ -109,10 +138,12 @@ TEST_F(MemoryTest, OfAListIsThatOfItsParsedJsonAndItsTextOrModels) {
         }
         text += "]}";
         server.replyAlways(Reply::json(text));
-        const double parsed = peakOf([&] { web::json::value::parse(text); });
+        // Of memory that is touched, where simdjson reads: it allocates as much as the worst of texts would need.
+        const auto peak = text.size() > 4 * megabyte ? bench::peakOf : bench::residentPeakOf;
+        const auto parsed = peak([&] { web::json::value::parse(text); });
         const double beside = std::max(static_cast<double>(text.size()), 1500.0 * count);
-        EXPECT_LT(peakOf([&] { BaseClassApi(client).select_DynamicSchemaBaseClass("L").get(); }),
-                  1.05 * (parsed + beside));
+        EXPECT_LT(peak([&] { BaseClassApi(client).select_DynamicSchemaBaseClass("L").get(); }),
+                  1.05 * (static_cast<double>(parsed) + beside));
     }
 }
 

@@ -1,3 +1,4 @@
+#include "support/Lane.h"
 #include "support/Seeds.h"
 #include "support/ServiceTest.h"
 #include "support/Sources.h"
@@ -41,6 +42,9 @@ struct Row {
     bool (*isSet)(const ModelBase& model);
     void (*unset)(ModelBase& model);
     bool returnsReference;
+    /// The key and the types of the constant beside the accessors.
+    s nameKey;
+    bool namesOwnerAndValue;
 };
 using Rows = std::vector<Row>;
 
@@ -105,7 +109,9 @@ struct Sample<one<M>> {
 template <class M>
 struct Sample<AsText<M>> : Sample<one<M>> {
     static constexpr Row::Kind kind = Row::nestedAsText;
-    static std::string text(int& n) { return web::json::value::string(Sample<one<M>>::text(n)).serialize(); }
+    static std::string text(int& n) {
+        return utf8(web::json::value::string(forms_test::text(Sample<one<M>>::text(n))).serialize());
+    }
 };
 template <class T>
 struct Sample<list<T>> {
@@ -118,22 +124,29 @@ struct Sample<list<T>> {
     }
 };
 
-#define PROPERTY(Type, key, get, set, isSet, unset)                                                                    \
+#define PROPERTY(Type, wire, name, get, set, isSet, unset)                                                             \
     Row {                                                                                                              \
-        key, Sample<Type>::kind, Sample<Type>::text, Sample<Type>::rows,                                               \
+        wire, Sample<Type>::kind, Sample<Type>::text, Sample<Type>::rows,                                              \
             [](ModelBase& to, const ModelBase& from) { static_cast<M&>(to).set(static_cast<const M&>(from).get()); },  \
             [](const ModelBase& x, const ModelBase& y) {                                                               \
                 return static_cast<const M&>(x).get() == static_cast<const M&>(y).get();                               \
             },                                                                                                         \
             [](const ModelBase& model) { return static_cast<const M&>(model).isSet(); },                               \
             [](ModelBase& model) { static_cast<M&>(model).unset(); },                                                  \
-            std::is_same_v<decltype(std::declval<M&>().get()), Sample<Type>::Value&>                                   \
+            std::is_same_v<decltype(std::declval<M&>().get()), Sample<Type>::Value&>, s(M::name.key()),                \
+            isNameOf<M, Sample<Type>::Value>(M::name)                                                                  \
     }
+/// Whether `name` is that of a property of `M`, or of a class that `M` derives from, whose value is a `T`.
+template <class M, class T, class Owner, class Value>
+constexpr bool isNameOf(const PropertyName<Owner, Value>&) {
+    return std::is_base_of_v<Owner, M> && std::is_same_v<Value, T>;
+}
+
 /// A key that begins like the accessors' stem; like the flag's; a key of its own. The same for bools.
-#define P(Type, Stem, stem) PROPERTY(Type, #Stem, get##Stem, set##Stem, stem##IsSet, unset##Stem)
-#define p(Type, Stem, stem) PROPERTY(Type, #stem, get##Stem, set##Stem, stem##IsSet, unset##Stem)
-#define K(Type, key, Stem, stem) PROPERTY(Type, #key, get##Stem, set##Stem, stem##IsSet, unset##Stem)
-#define B(Stem, stem) PROPERTY(b, #Stem, is##Stem, set##Stem, stem##IsSet, unset##Stem)
+#define P(Type, Stem, stem) PROPERTY(Type, #Stem, stem, get##Stem, set##Stem, stem##IsSet, unset##Stem)
+#define p(Type, Stem, stem) PROPERTY(Type, #stem, stem, get##Stem, set##Stem, stem##IsSet, unset##Stem)
+#define K(Type, key, Stem, stem) PROPERTY(Type, #key, stem, get##Stem, set##Stem, stem##IsSet, unset##Stem)
+#define B(Stem, stem) PROPERTY(b, #Stem, stem, is##Stem, set##Stem, stem##IsSet, unset##Stem)
 
 #define MODEL(Class, getters)                                                                                          \
     template <>                                                                                                        \
@@ -227,11 +240,11 @@ MODEL(FormPDFGeneratedPDF, copiesButLists) {P(s, FileName, fileName), P(s, Folde
     P(list<s>, InstanceIds, instanceIds)};
 INSTANCE(FormPDFGeneratedPDF) LIST(FormPDFGeneratedPDF) CHANGED(FormPDFGeneratedPDF)
 
-MODEL(ModelPinLocation, references) {PROPERTY(f, "x", getX, setX, XIsSet, unsetx),
-    PROPERTY(f, "y", getY, setY, YIsSet, unsety), PROPERTY(f, "z", getZ, setZ, ZIsSet, unsetz)};
+MODEL(ModelPinLocation, references) {PROPERTY(f, "x", x, getX, setX, XIsSet, unsetx),
+    PROPERTY(f, "y", y, getY, setY, YIsSet, unsety), PROPERTY(f, "z", z, getZ, setZ, ZIsSet, unsetz)};
 MODEL(ModelViewDefinitionCameraInfo, references) {p(f, CameraAngle, cameraAngle),
     p(f, CameraFocalLength, cameraFocalLength), p(list<f>, CameraPosition, cameraPosition), p(list<f>, Extents, extents),
-    PROPERTY(b, "isCameraOn", isIsCameraOn, setIsCameraOn, isCameraOnIsSet, unsetIsCameraOn),
+    PROPERTY(b, "isCameraOn", isCameraOn, isIsCameraOn, setIsCameraOn, isCameraOnIsSet, unsetIsCameraOn),
     p(list<f>, Origin, origin), p(list<list<f>>, Rotation, rotation)};
 MODEL(ModelViewDefinition, references) {p(s, ViewId, viewId),
     p(one<ModelViewDefinitionCameraInfo>, CameraInfo, cameraInfo)};
@@ -309,11 +322,11 @@ INSTANCE(BcfImport) CHANGED(BcfImport)
     // clang-format on
 
     std::string textOf(const ModelBase& model) {
-    return model.toJson().serialize();
+    return utf8(model.toJson().serialize());
 }
 
-void read(ModelBase& model, const std::string& text) {
-    auto json = web::json::value::parse(text);
+void read(ModelBase& model, const std::string& jsonText) {
+    auto json = web::json::value::parse(text(jsonText));
     model.fromJson(json);
 }
 
@@ -322,7 +335,7 @@ std::string partsOf(const MultipartFormData& multipart) {
     std::string lines;
     for (const auto& part : multipart.getContents()) {
         EXPECT_EQ(part->getContentDisposition() + part->getFileName(), "form-data");
-        lines += part->getName() + " (" + part->getContentType() + ") " + bytesOf(*part->getData()) + "\n";
+        lines += utf8(part->getName()) + " (" + utf8(part->getContentType()) + ") " + bytesOf(*part->getData()) + "\n";
     }
     return lines;
 }
@@ -337,7 +350,9 @@ std::string expectedParts(const Rows& rows, const std::string& prefix, int& n) {
         }
         const std::string sample = row.sample(n);
         const bool quoted = sample.front() == '"';
-        const std::string data = sample == "true" ? "1" : quoted ? web::json::value::parse(sample).as_string() : sample;
+        const std::string data = sample == "true" ? "1"
+                                 : quoted         ? utf8(web::json::value::parse(text(sample)).as_string())
+                                                  : sample;
         lines += (row.kind == Row::nestedAsText ? "" : prefix) + row.key +
                  (row.kind == Row::array ? " (application/json) " : " () ") + data + "\n";
     }
@@ -361,8 +376,8 @@ std::shared_ptr<ModelBase> full(const Class& its) {
 }
 
 std::shared_ptr<MultipartFormData> multipartOf(const ModelBase& model, const std::string& prefix) {
-    auto multipart = std::make_shared<MultipartFormData>("B");
-    model.toMultipart(multipart, prefix);
+    auto multipart = std::make_shared<MultipartFormData>("B"_t);
+    model.toMultipart(multipart, text(prefix));
     return multipart;
 }
 
@@ -391,6 +406,17 @@ TEST(ModelWalk, ReadsAndWritesEveryKeyInOrder) {
     }
 }
 
+TEST(ModelWalk, NeedsNoTree) {
+    for (const auto& [name, its] : allClasses()) {
+        SCOPED_TRACE(name);
+        const auto made = its.create();
+        auto& model = dynamic_cast<VarnelAPI::Forms::model::Model&>(*made);
+        EXPECT_EQ(detail::readFast(model, fullText(its)), hasLane);
+        EXPECT_EQ(detail::writeText(hasLane ? model : dynamic_cast<const VarnelAPI::Forms::model::Model&>(*full(its))),
+                  fullText(its));
+    }
+}
+
 TEST(ModelWalk, WritesOnePartPerPropertyAndReadsItByItsBareKey) {
     for (const auto& [name, its] : allClasses()) {
         SCOPED_TRACE(name);
@@ -402,7 +428,7 @@ TEST(ModelWalk, WritesOnePartPerPropertyAndReadsItByItsBareKey) {
         seedParts(*model, *multipart);
 
         const auto copy = its.create();
-        copy->fromMultiPart(multipart, "not looked at");
+        copy->fromMultiPart(multipart, "not looked at"_t);
         std::string text = textOf(*copy);
         std::string expected = fullText(its, false);
         if (name == "DynamicSchemaBaseClass") {
@@ -433,6 +459,8 @@ TEST(ModelWalk, AccessesEachPropertyByItself) {
             EXPECT_EQ(textOf(*model), row.kind == Row::array ? text : "{}");
             read(*model, "{\"" + row.key + "\":null}");
             EXPECT_FALSE(row.isSet(*model));
+            EXPECT_EQ(row.nameKey, row.key);
+            EXPECT_TRUE(row.namesOwnerAndValue);
             EXPECT_EQ(row.returnsReference,
                       its.getters == references || (its.getters == copiesButLists && row.kind == Row::array));
         }
@@ -440,12 +468,16 @@ TEST(ModelWalk, AccessesEachPropertyByItself) {
 }
 
 TEST(ModelClasses, AllAreInTheWalk) {
-    std::set<std::string> walked = {"ModelBase",
+    std::set<std::string> walked = {"Model",
+                                    "ModelBase",
+                                    "InstanceCountProperties",
+                                    "PropertyVisitor",
                                     "Object",
                                     "HttpContent",
                                     "IHttpBody",
                                     "JsonBody",
                                     "BinaryBody",
+                                    "StreamBody",
                                     "MultipartFormData",
                                     "DynamicSchemaClassWithCustomProps",
                                     "DynamicSchemaArrayWithCustomProps"};

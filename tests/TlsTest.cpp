@@ -1,5 +1,15 @@
+#include "support/Listener.h"
 #include "support/ServiceTest.h"
 #include "support/TlsService.h"
+
+#if defined(FORMS_TEST_CURL)
+#include <VarnelAPI/Forms/transport/CurlTransport.h>
+#endif
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <future>
 
 /// Calls over TLS, and redirects into and out of it.
 namespace forms_test {
@@ -46,6 +56,107 @@ TEST_F(TlsTest, LeavesTlsOnlyWhenAllowedAndTakesNothingPrivateEitherWay) {
     EXPECT_EQ(status(server.url()), 200);
     EXPECT_EQ(service.authorization(), "");
     EXPECT_EQ(contexts, 1) << "it may hold the authorities to trust";
+}
+
+TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
+    namespace fs = std::filesystem;
+    const fs::path folder = testing::TempDir() + "forms-tls-" + std::to_string(getpid());
+    const auto remover = std::shared_ptr<void>(nullptr, [&folder](auto) { fs::remove_all(folder); });
+    const fs::path hashed = folder / "hashed", empty = folder / "empty", file = folder / "file.pem";
+    fs::create_directories(hashed);
+    fs::create_directories(empty);
+    std::ofstream(hashed / service.hashedName()) << service.certificate();
+    std::ofstream(file) << service.certificate();
+    const auto refuses = [this](const std::string& url) { messageOf<web::http::http_exception>([&] { status(url); }); };
+    setenv("SSL_CERT_FILE", file.c_str(), 1);
+    configuration->setTransport(chosenTransport());
+    EXPECT_EQ(status(service.url()), 200);
+    refuses(service.url("localhost")); // which its certificate does not name
+    unsetenv("SSL_CERT_FILE");
+#if defined(FORMS_TEST_CURL)
+    const auto over = [this](const fs::path& ca, const fs::path& cas, transport::CurlOptions::Tls minimum) {
+        transport::CurlOptions options;
+        options.caFile = ca;
+        options.caFolder = cas;
+        options.minimumTls = minimum;
+        configuration->setTransport(std::make_shared<transport::CurlTransport>(options));
+    };
+    using Tls = transport::CurlOptions::Tls;
+    over("", empty, Tls::V1_2);
+    refuses(service.url());
+    over("", hashed, Tls::V1_3);
+    EXPECT_EQ(status(service.url()), 200);
+    service.speakAtMost(TLS1_2_VERSION);
+    over(file, "", Tls::V1_2);
+    EXPECT_EQ(status(service.url()), 200);
+    over(file, "", Tls::V1_3);
+    refuses(service.url());
+    service.speakAtMost(TLS1_1_VERSION);
+    over(file, "", Tls::V1_2);
+    refuses(service.url());
+#endif
+}
+
+TEST_F(TlsTest, ShowsTheCertificateThatItIsGiven) {
+    configuration->getHttpConfig().set_validate_certificates(false);
+    service.requireCertificate();
+    messageOf<web::http::http_exception>([this] { status(service.url()); });
+    int shown = 0;
+    configuration->getHttpConfig().set_ssl_context_callback([&](boost::asio::ssl::context& context) {
+        ++shown;
+        context.use_certificate(boost::asio::buffer(service.certificate()), boost::asio::ssl::context::pem);
+        context.use_private_key(boost::asio::buffer(service.key()), boost::asio::ssl::context::pem);
+    });
+    EXPECT_EQ(status(service.url()), 200);
+    EXPECT_EQ(status(service.url()), 200);
+    EXPECT_EQ(shown, 2) << "no connection is shared by who may be somebody else";
+}
+
+/// Is a proxy for one connection, to this host, and gives the header that asked for it.
+std::string tunnel(const Listener& listener) {
+    const int inner = listener.accepted(), outer = openSocket(SOCK_STREAM);
+    std::string head;
+    for (char c = 0; head.find("\r\n\r\n") == std::string::npos && recv(inner, &c, 1, 0) == 1;) {
+        head += c;
+    }
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(std::atoi(head.c_str() + head.find(':') + 1)));
+    EXPECT_EQ(connect(outer, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    const std::string answer = "HTTP/1.1 200 Connected\r\n\r\n";
+    send(inner, answer.data(), answer.size(), noSignal);
+    for (bool open = true; open;) {
+        pollfd polled[] = {{inner, POLLIN, 0}, {outer, POLLIN, 0}};
+        open = poll(polled, 2, 20000) > 0;
+        for (int from = 0; open && from < 2; ++from) {
+            char block[4096];
+            const Size size = polled[from].revents != 0 ? recv(polled[from].fd, block, sizeof(block), 0) : 0;
+            open = polled[from].revents == 0 || size > 0;
+            send(polled[1 - from].fd, block, static_cast<SendSize>(std::max<Size>(size, 0)), noSignal);
+        }
+    }
+    closeSocket(inner);
+    closeSocket(outer);
+    return head;
+}
+
+TEST_F(TlsTest, TunnelsThroughAProxy) {
+    // The HTTP library never frees the credentials that it decrypts.
+    turnLeakCheckOff();
+    const Listener listener;
+    web::web_proxy proxy(listener.url());
+    proxy.set_credentials({"user", "secret"});
+    configuration->getHttpConfig().set_proxy(proxy);
+    configuration->getHttpConfig().set_validate_certificates(false);
+    auto head = std::async(std::launch::async, [&] { return tunnel(listener); });
+    EXPECT_EQ(status(service.url()), 200);
+    EXPECT_EQ(service.authorization(), "Bearer t");
+    configuration->setTransport(nullptr); // nobody keeps the connection
+    const std::string asked = head.get();
+    EXPECT_EQ(asked.substr(0, asked.find('\r')), "CONNECT " + service.url().substr(8) + " HTTP/1.1");
+    EXPECT_NE(asked.find("\r\nProxy-Authorization: Basic dXNlcjpzZWNyZXQ=\r\n"), std::string::npos) << asked;
+    EXPECT_EQ(asked.find("Bearer"), std::string::npos) << asked;
 }
 
 } // namespace

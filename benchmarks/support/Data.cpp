@@ -15,21 +15,42 @@ public:
     std::string take() { return std::move(m_Text); }
     void raw(const std::string& text) { m_Text += text; }
 
-    void issue(std::size_t fixedProperties, std::size_t customProperties) {
-        m_Text += "{\"instanceId\":" + quoted(guid()) +
-                  ",\"schemaName\":\"DynamicSchema\",\"className\":\"Defect\",\"eTag\":" + quoted(hex(16)) +
-                  ",\"properties\":{";
-        const char* separator = "";
-        const auto member = [&](const std::string& name, const std::string& value) {
-            m_Text += separator + quoted(name) + ':' + value;
-            separator = ",";
-        };
+    void issue(std::size_t fixedProperties, std::size_t customProperties, std::size_t relatedForms = 0) {
+        open("Defect");
         for (std::size_t i = 0; i < fixedProperties; ++i) {
             member(fixedKeys[i], fixedValue(fixedKeys[i]));
         }
         for (std::size_t i = 0; i < customProperties; ++i) {
             member("Custom_" + std::to_string(i * 7919 % 100003), customValue(i));
         }
+        m_Text += '}';
+        for (std::size_t i = 0; i < relatedForms; ++i) {
+            m_Text += i == 0 ? ",\"relationshipInstances\":[" : ",";
+            m_Text += "{\"instanceId\":" + quoted(guid()) + R"(,"direction":"forward","relatedInstance":)";
+            form();
+            m_Text += '}';
+        }
+        m_Text += relatedForms != 0 ? "]}" : "}";
+    }
+
+    void form() {
+        open("Form");
+        for (const char* key : {"FormId", "ClassName", "ClassSchema", "Type", "Status", "ProjectId", "ProjectNumber",
+                                "ProjectName", "Discipline", "Classification"}) {
+            member(key, fixedValue(key));
+        }
+        m_Text += "}}";
+    }
+
+    void attachment() {
+        open("Attachment");
+        member("Name", quoted(words(2) + ".jpg"));
+        member("Size", std::to_string(below(10000000)));
+        member("CreatedDate", date());
+        member("ModifiedDate", date());
+        member("Caption", quoted(words(4)));
+        member("Binding", quoted("Rectangle" + std::to_string(below(9))));
+        member("SasUrl", quoted("https://store.example/container/" + guid() + "?sv=2020-10-02&sig=" + hex(40)));
         m_Text += "}}";
     }
 
@@ -42,6 +63,16 @@ private:
         "_ModifiedDate", "_ModifiedBy",     "_DueDate",          "_IdNumber",       "Type"};
 
     static std::string quoted(const std::string& text) { return '"' + text + '"'; }
+
+    /// Begins an instance, up to its properties.
+    void open(const std::string& className) {
+        m_Text += "{\"instanceId\":" + quoted(guid()) +
+                  ",\"schemaName\":\"DynamicSchema\",\"className\":" + quoted(className) +
+                  ",\"eTag\":" + quoted(hex(16)) + ",\"properties\":{";
+    }
+    void member(const std::string& name, const std::string& value) {
+        m_Text += (m_Text.back() == '{' ? "" : ",") + quoted(name) + ':' + value;
+    }
 
     std::size_t below(std::size_t bound) { return m_Random() % bound; }
 
@@ -133,6 +164,50 @@ const std::string& issueText() {
 
 const std::string& issueListText() {
     static const std::string text = listText(issueCount, 25, 10);
+    return text;
+}
+
+const std::string& largeListText() {
+    static const std::string text = [] {
+        const std::string list = issueListText();
+        const auto begin = list.find('[') + 1;
+        const std::string issues = list.substr(begin, list.rfind(']') - begin);
+        std::string large = "{\"instances\":[" + issues;
+        while (large.size() < std::size_t{50} << 20U) {
+            large += ',' + issues;
+        }
+        return large + "]}";
+    }();
+    return text;
+}
+
+const std::string& attachmentListText() {
+    static const std::string text = [] {
+        Writer writer(815);
+        writer.raw("{\"instances\":[");
+        for (std::size_t i = 0; i < issueCount; ++i) {
+            writer.raw(i == 0 ? "" : ",");
+            writer.attachment();
+        }
+        writer.raw("]}");
+        return writer.take();
+    }();
+    return text;
+}
+
+const std::string& relatedIssueText() {
+    static const std::string text = [] {
+        Writer writer(99);
+        writer.raw("{\"instance\":");
+        writer.issue(25, 10, 500);
+        writer.raw("}");
+        return writer.take();
+    }();
+    return text;
+}
+
+const std::string& customListText() {
+    static const std::string text = customIssuesText(286, 35);
     return text;
 }
 

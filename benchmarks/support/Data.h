@@ -15,6 +15,18 @@ const std::string& issueText();
 /// The JSON of `issueCount` issues of 25 fixed and 10 custom properties, about 1.5 MB, in their envelope.
 const std::string& issueListText();
 
+/// The same list, over and over, to about 50 MB.
+const std::string& largeListText();
+
+/// The JSON of `issueCount` attachments in their envelope.
+const std::string& attachmentListText();
+
+/// The JSON of one issue with 500 related forms, about 340 KB, in its envelope.
+const std::string& relatedIssueText();
+
+/// The JSON of 286 issues that have nothing but 35 custom properties each, in their envelope.
+const std::string& customListText();
+
 /// The JSON of `issues` issues that have nothing but `customProperties` custom ones each.
 std::string customIssuesText(std::size_t issues, std::size_t customProperties);
 

@@ -5,7 +5,9 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <new>
+#include <string>
 #include <thread>
 
 namespace {
@@ -55,6 +57,34 @@ int64_t peakOf(const std::function<void()>& operation) {
     operation();
     counting = false;
     return peak;
+}
+
+namespace {
+
+/// A line of the process's status, which says so many kB.
+int64_t statusBytes(const std::string& name) {
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word && word != name) {
+    }
+    int64_t kilobytes = 0;
+    status >> kilobytes;
+    return kilobytes * 1024;
+}
+
+} // namespace
+
+int64_t growthOf(const std::function<void()>& operation) {
+    std::ofstream("/proc/self/clear_refs") << "5"; // the peak begins anew
+    const int64_t before = statusBytes("VmRSS:");
+    operation();
+    return statusBytes("VmHWM:") - before;
+}
+
+int64_t residentPeakOf(const std::function<void()>& operation) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    malloc_trim(0);
+    return growthOf(operation);
 }
 
 int64_t liveBytes() {

@@ -1,6 +1,8 @@
 #include "Server.h"
 
 #include "Data.h"
+#include "ScratchFolder.h"
+#include "Tls.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -14,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -26,17 +29,47 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-bool sendAll(int socket, const char* data, std::size_t size) {
-    while (size != 0) {
-        const ssize_t sent = ::send(socket, data, size, MSG_NOSIGNAL);
-        if (sent <= 0) {
-            return false;
+/// A connection, with or without TLS.
+class Connection {
+public:
+    Connection(int socket, SSL_CTX* context) : m_Socket(socket) {
+        if (context != nullptr) {
+            m_Tls.reset(SSL_new(context));
+            SSL_set_fd(m_Tls.get(), socket);
         }
-        data += sent;
-        size -= static_cast<std::size_t>(sent);
     }
-    return true;
-}
+    ~Connection() {
+        m_Tls.reset();
+        ::close(m_Socket);
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    bool accept() const { return !m_Tls || SSL_accept(m_Tls.get()) == 1; }
+    /// What came, and was at most so much; 0 at the end.
+    std::size_t receive(char* block, std::size_t size) const {
+        const ssize_t got =
+            m_Tls ? SSL_read(m_Tls.get(), block, static_cast<int>(size)) : ::recv(m_Socket, block, size, 0);
+        return got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    bool send(const std::string& text) const {
+        const char* data = text.data();
+        for (std::size_t left = text.size(); left != 0;) {
+            const ssize_t sent = m_Tls ? SSL_write(m_Tls.get(), data, static_cast<int>(left))
+                                       : ::send(m_Socket, data, left, MSG_NOSIGNAL);
+            if (sent <= 0) {
+                return false;
+            }
+            data += sent;
+            left -= static_cast<std::size_t>(sent);
+        }
+        return true;
+    }
+
+private:
+    int m_Socket;
+    std::unique_ptr<SSL, decltype(&SSL_free)> m_Tls{nullptr, SSL_free};
+};
 
 /// The text between two others, or an empty one.
 std::string between(const std::string& text, const std::string& before, const std::string& after) {
@@ -49,45 +82,54 @@ std::string between(const std::string& text, const std::string& before, const st
 }
 
 /// Answers one request; false if the connection is to be closed then.
-bool answer(int socket, const std::string& requestHead) {
+bool answer(const Connection& connection, const std::string& requestHead) {
     const std::string location = between(requestHead, "Varnel.Forms--", "/");
-    const std::string& body = location == locations::file   ? fileBytes()
-                              : location == locations::list ? issueListText()
-                                                            : issueText();
+    const bool isLarge = location == locations::large;
+    const bool isFile = location == locations::file || isLarge;
+    const std::string& body = isFile                               ? fileBytes()
+                              : location == locations::list        ? issueListText()
+                              : location == locations::attachments ? attachmentListText()
+                              : location == locations::custom      ? customListText()
+                              : location == locations::largeList   ? largeListText()
+                                                                   : issueText();
     const bool late = location.compare(0, 4, locations::late) == 0;
     const bool closing = location == locations::issueClosing;
     std::string text = std::string("HTTP/1.1 ") + (location == locations::lateFailure ? "500 Failure" : "200 OK") +
                        "\r\nContent-Type: " +
-                       (location == locations::file            ? "application/octet-stream"
+                       (isFile                                 ? "application/octet-stream"
                         : location == locations::lateOtherType ? "text/html"
                                                                : "application/json") +
-                       "\r\nContent-Length: " + std::to_string(body.size()) + (closing ? "\r\nConnection: close" : "") +
-                       "\r\n\r\n";
+                       "\r\nContent-Length: " + std::to_string(isLarge ? largeSize : body.size()) +
+                       (closing ? "\r\nConnection: close" : "") + "\r\n\r\n";
+    if (body.size() < 4096 && !late) {
+        return connection.send(text + body) && !closing;
+    }
+    if (!connection.send(text)) {
+        return false;
+    }
     if (late) {
-        if (!sendAll(socket, text.data(), text.size())) {
+        std::this_thread::sleep_for(lateDelay);
+    }
+    for (std::size_t sent = 0; isLarge && sent + fileSize < largeSize; sent += fileSize) {
+        if (!connection.send(body)) {
             return false;
         }
-        std::this_thread::sleep_for(lateDelay);
-        return sendAll(socket, body.data(), body.size());
     }
-    if (body.size() < 4096) {
-        text += body;
-        return sendAll(socket, text.data(), text.size()) && !closing;
-    }
-    return sendAll(socket, text.data(), text.size()) && sendAll(socket, body.data(), body.size());
+    return connection.send(body);
 }
 
-void serveConnection(int socket) {
+void serveConnection(int socket, const std::shared_ptr<SSL_CTX>& context) {
     const int on = 1;
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    const Connection connection(socket, context.get());
     std::array<char, 65536> block{};
     std::string received;
-    for (bool open = true; open;) {
+    for (bool open = connection.accept(); open;) {
         const auto headEnd = received.find("\r\n\r\n");
         if (headEnd == std::string::npos) {
-            const ssize_t got = ::recv(socket, block.data(), block.size(), 0);
-            open = got > 0;
-            received.append(block.data(), open ? static_cast<std::size_t>(got) : 0);
+            const std::size_t got = connection.receive(block.data(), block.size());
+            open = got != 0;
+            received.append(block.data(), got);
             continue;
         }
         const std::string head = received.substr(0, headEnd);
@@ -97,18 +139,49 @@ void serveConnection(int socket) {
         const auto take = std::min(left, received.size());
         received.erase(0, take);
         for (left -= take; open && left != 0;) {
-            const ssize_t got = ::recv(socket, block.data(), std::min(left, block.size()), 0);
-            open = got > 0;
-            left -= open ? static_cast<std::size_t>(got) : 0;
+            const std::size_t got = connection.receive(block.data(), std::min(left, block.size()));
+            open = got != 0;
+            left -= got;
         }
-        open = open && answer(socket, head);
+        open = open && answer(connection, head);
     }
-    ::close(socket);
+}
+
+/// Starts this program as a server, with these arguments, and gives its port.
+int started(const std::string& authorities) {
+    // A fresh image, not only a fork: valgrind leaves it alone.
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+    std::array<int, 2> lifeline{};
+    std::array<int, 2> output{};
+    if (::pipe2(lifeline.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) {
+        failed("can't make a pipe");
+    }
+    const pid_t child = ::fork();
+    if (child < 0) {
+        failed("can't start the server");
+    }
+    if (child == 0) {
+        ::dup2(lifeline[0], STDIN_FILENO);
+        ::dup2(output[1], STDOUT_FILENO);
+        ::execl(self.c_str(), self.c_str(), "--serve", authorities.c_str(), nullptr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    // The writing end of the lifeline stays open as long as this process lives.
+    ::close(lifeline[0]);
+    ::close(output[1]);
+    int port = 0;
+    std::FILE* stream = ::fdopen(output[0], "r");
+    if (stream == nullptr || std::fscanf(stream, "%d", &port) != 1) {
+        throw std::runtime_error("the server did not start");
+    }
+    std::fclose(stream);
+    return port;
 }
 
 } // namespace
 
-void serve() {
+void serve(const std::string& authorities) {
+    const auto context = authorities.empty() ? nullptr : serverContext(authorities);
     const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     // With the window that the system begins with, a large upload would mostly wait for the window to open.
     const int window = 1 << 22;
@@ -135,39 +208,21 @@ void serve() {
         if (socket < 0) {
             failed("can't accept");
         }
-        std::thread(serveConnection, socket).detach();
+        std::thread(serveConnection, socket, context).detach();
     }
 }
 
 const std::string& serverUrl() {
+    static const std::string url = "http://127.0.0.1:" + std::to_string(started(""));
+    return url;
+}
+
+const std::string& tlsServerUrl() {
+    static const ScratchFolder folder;
     static const std::string url = [] {
-        // A fresh image, not only a fork: valgrind leaves it alone.
-        const std::string self = std::filesystem::read_symlink("/proc/self/exe");
-        std::array<int, 2> lifeline{};
-        std::array<int, 2> output{};
-        if (::pipe2(lifeline.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) {
-            failed("can't make a pipe");
-        }
-        const pid_t child = ::fork();
-        if (child < 0) {
-            failed("can't start the server");
-        }
-        if (child == 0) {
-            ::dup2(lifeline[0], STDIN_FILENO);
-            ::dup2(output[1], STDOUT_FILENO);
-            ::execl(self.c_str(), self.c_str(), "--serve", nullptr);
-            std::_Exit(EXIT_FAILURE);
-        }
-        // The writing end of the lifeline stays open as long as this process lives.
-        ::close(lifeline[0]);
-        ::close(output[1]);
-        int port = 0;
-        std::FILE* stream = ::fdopen(output[0], "r");
-        if (stream == nullptr || std::fscanf(stream, "%d", &port) != 1) {
-            throw std::runtime_error("the server did not start");
-        }
-        std::fclose(stream);
-        return "http://127.0.0.1:" + std::to_string(port);
+        makeAuthorities(folder.path());
+        ::setenv("SSL_CERT_FILE", (folder.path() / bundleFile).c_str(), 1);
+        return "https://127.0.0.1:" + std::to_string(started(folder.path()));
     }();
     return url;
 }

@@ -2,6 +2,7 @@
 
 /// Every public class of the library.
 
+#include <VarnelAPI/Forms/Version.h>
 #include <VarnelAPI/Forms/api/ApiClient.h>
 #include <VarnelAPI/Forms/api/ApiConfiguration.h>
 #include <VarnelAPI/Forms/api/ApiException.h>
@@ -23,6 +24,7 @@
 #include <VarnelAPI/Forms/api/ListValueApi.h>
 #include <VarnelAPI/Forms/api/ProjectSettingsApi.h>
 #include <VarnelAPI/Forms/api/RendererApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/api/SchemaApi.h>
 #include <VarnelAPI/Forms/api/StatsApi.h>
 #include <VarnelAPI/Forms/api/TemplateApi.h>
@@ -40,6 +42,7 @@
 #include <VarnelAPI/Forms/model/DynamicSchemaFile.h>
 #include <VarnelAPI/Forms/model/DynamicSchema_Comment.h>
 #include <VarnelAPI/Forms/model/DynamicSchema_ExternalFile.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 #include <VarnelAPI/Forms/model/ErrorSchema.h>
 #include <VarnelAPI/Forms/model/FormPDFGeneratedPDF.h>
 #include <VarnelAPI/Forms/model/Forms_EC_MappingForm.h>
@@ -52,11 +55,13 @@
 #include <VarnelAPI/Forms/model/ListsListGroup.h>
 #include <VarnelAPI/Forms/model/ListsListTree.h>
 #include <VarnelAPI/Forms/model/ListsListValue.h>
+#include <VarnelAPI/Forms/model/Model.h>
 #include <VarnelAPI/Forms/model/ModelBase.h>
 #include <VarnelAPI/Forms/model/ModelPinLocation.h>
 #include <VarnelAPI/Forms/model/ModelViewDefinition.h>
 #include <VarnelAPI/Forms/model/ModelViewDefinitionCameraInfo.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
+#include <VarnelAPI/Forms/model/NarrowText.h>
 #include <VarnelAPI/Forms/model/Object.h>
 #include <VarnelAPI/Forms/model/PlexumProjectRole.h>
 #include <VarnelAPI/Forms/model/PlexumProjectSettings.h>
@@ -64,10 +69,18 @@
 #include <VarnelAPI/Forms/model/PlexumStats.h>
 #include <VarnelAPI/Forms/model/PlexumTemplate.h>
 #include <VarnelAPI/Forms/model/PlexumUserSettings.h>
+#include <VarnelAPI/Forms/model/Property.h>
+#include <VarnelAPI/Forms/model/PropertyVisitor.h>
 #include <VarnelAPI/Forms/model/RelationshipToForm.h>
 #include <VarnelAPI/Forms/model/SchemasClass.h>
 #include <VarnelAPI/Forms/model/SchemasSchema.h>
+#include <VarnelAPI/Forms/model/StreamBody.h>
 #include <VarnelAPI/Forms/model/VarnelApiException.h>
 #include <VarnelAPI/Forms/model/WorkflowDefinition.h>
 #include <VarnelAPI/Forms/model/WorkflowState.h>
 #include <VarnelAPI/Forms/model/WorkflowTransition.h>
+#include <VarnelAPI/Forms/transport/CallOptions.h>
+#include <VarnelAPI/Forms/transport/Credentials.h>
+#include <VarnelAPI/Forms/transport/Observer.h>
+#include <VarnelAPI/Forms/transport/RetryPolicy.h>
+#include <VarnelAPI/Forms/transport/Transport.h>

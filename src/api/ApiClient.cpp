@@ -1,9 +1,12 @@
 #include <VarnelAPI/Forms/api/ApiClient.h>
 
-#include "Exchange.h"
-#include "Redirects.h"
+#include <VarnelAPI/Forms/transport/CallOptions.h>
+
+#include "Observe.h"
 #include "Request.h"
 #include "model/Conversion.h"
+#include "transport/Attempts.h"
+#include "transport/CallControl.h"
 
 #include <locale>
 #include <sstream>
@@ -13,6 +16,7 @@ namespace VarnelAPI::Forms::api {
 using detail::Files;
 using detail::Parameters;
 using utility::conversions::to_string_t;
+using web::http::http_response;
 
 namespace {
 
@@ -24,39 +28,81 @@ utility::string_t numberToString(Number value) {
     return to_string_t(text.str());
 }
 
+/// The response is for the caller, and so is its body, unless that is saved.
+transport::detail::OnResponse yieldResponse(std::shared_ptr<transport::detail::CallControl> control) {
+    return [control = std::move(control)](const http_response& response,
+                                          const std::shared_ptr<transport::detail::ResponseBuffer>& buffer) {
+        transport::detail::endBody(response);
+        if (!control || !control->wishes().saves()) {
+            return pplx::task_from_result(response);
+        }
+        if (response.status_code() >= web::http::status_codes::BadRequest) {
+            control->discardFile();
+            return pplx::task_from_result(response);
+        }
+        control->save(response, buffer);
+        return response.content_ready().then([control](const http_response& whole) {
+            if (control->file()) {
+                control->file()->keep();
+            }
+            return whole;
+        });
+    };
+}
+
 } // namespace
 
-ApiClient::ApiClient(std::shared_ptr<ApiConfiguration> configuration) : m_Configuration(std::move(configuration)) {}
-ApiClient::ApiClient(const ApiClient&) = default;
-ApiClient& ApiClient::operator=(const ApiClient&) = default;
+struct ApiClient::Shared {
+    std::shared_ptr<ApiConfiguration> configuration;
+};
+
+ApiClient::ApiClient(std::shared_ptr<ApiConfiguration> configuration)
+    : m_Shared(std::make_shared<Shared>(Shared{std::move(configuration)})) {}
+ApiClient::ApiClient(const ApiClient& other)
+    : m_Shared(std::make_shared<Shared>(*other.m_Shared)), m_Options(other.m_Options) {}
+ApiClient& ApiClient::operator=(const ApiClient& other) {
+    ApiClient copy(other);
+    std::swap(m_Shared, copy.m_Shared);
+    std::swap(m_Options, copy.m_Options);
+    return *this;
+}
 ApiClient::~ApiClient() = default;
 
 std::shared_ptr<ApiConfiguration> ApiClient::getConfiguration() const {
-    return m_Configuration;
+    return m_Shared->configuration;
 }
 
 void ApiClient::setConfiguration(std::shared_ptr<ApiConfiguration> configuration) {
-    m_Configuration = std::move(configuration);
+    m_Shared->configuration = std::move(configuration);
+}
+
+std::shared_ptr<ApiClient> ApiClient::with(const transport::CallOptions& options) const {
+    auto client = std::make_shared<ApiClient>(nullptr);
+    client->m_Shared = m_Shared;
+    client->m_Options = std::make_shared<transport::CallOptions>(m_Options ? options.over(*m_Options) : options);
+    return client;
+}
+
+std::shared_ptr<const transport::CallOptions> ApiClient::getCallOptions() const {
+    return m_Options;
 }
 
 pplx::task<web::http::http_response>
 ApiClient::callApi(const utility::string_t& path, const utility::string_t& method, const Parameters& queryParams,
                    const std::shared_ptr<model::IHttpBody> postBody, const Parameters& headerParams,
                    const Parameters& formParams, const Files& fileParams, const utility::string_t& contentType) const {
-    auto call = detail::makeCall(m_Configuration, path, method, queryParams, postBody, headerParams, formParams,
-                                 fileParams, contentType);
-    auto task = detail::send(*m_Configuration, std::move(call), [](const web::http::http_response& response) {
-        detail::endBody(response);
-        return pplx::task_from_result(response);
-    });
-    // The task library ends the process when nobody ever looks at a failure, and the caller may drop the task.
-    task.then([](const pplx::task<web::http::http_response>& finished) {
-        try {
-            finished.get();
-        } catch (...) {
-            // It is the caller's, who has the same task.
+    Parameters headers = headerParams;
+    if (m_Options) {
+        for (const auto& [name, value] : transport::detail::headersOf(transport::detail::wishesOf(*m_Options))) {
+            transport::detail::replaceHeader(headers, name, value);
         }
-    });
+    }
+    auto call = detail::makeCall(m_Shared->configuration, path, method, queryParams, postBody, headers, formParams,
+                                 fileParams, contentType);
+    call.control = detail::controlOf(m_Options);
+    auto onResponse = yieldResponse(call.control);
+    auto task = transport::detail::send(std::move(call), std::move(onResponse));
+    task.then([](const pplx::task<http_response>& finished) { detail::observe(finished); });
     return task;
 }
 
@@ -65,7 +111,7 @@ utility::string_t ApiClient::parameterToString(utility::string_t value) {
 }
 
 utility::string_t ApiClient::parameterToString(const utility::char_t* value) {
-    return model::detail::required(value, "the parameter");
+    return model::detail::textOf(value, "the parameter");
 }
 
 utility::string_t ApiClient::parameterToString(int32_t value) {

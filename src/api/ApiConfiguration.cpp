@@ -10,7 +10,7 @@ ApiConfiguration::~ApiConfiguration() = default;
 utility::string_t ApiConfiguration::getBaseUrl() const {
     return m_BaseUrl;
 }
-// The parameters of the two setters are const in the published interface, which rules a move out.
+// The parameters of the two setters are const, and the interface is fixed, which rules a move out.
 void ApiConfiguration::setBaseUrl(const utility::string_t value) {
     m_BaseUrl = value;
 }
@@ -37,6 +37,13 @@ const web::http::client::http_client_config& ApiConfiguration::getHttpConfig() c
 }
 void ApiConfiguration::setHttpConfig(web::http::client::http_client_config& value) {
     m_HttpConfig = value;
+}
+
+std::shared_ptr<transport::Transport> ApiConfiguration::getTransport() const {
+    return m_Transport;
+}
+void ApiConfiguration::setTransport(std::shared_ptr<transport::Transport> value) {
+    m_Transport = std::move(value);
 }
 
 utility::string_t ApiConfiguration::getApiKey(const utility::string_t& prefix) const {

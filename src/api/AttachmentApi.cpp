@@ -10,7 +10,7 @@ namespace {
 constexpr detail::Resource attachments("AttachmentApi", _XPLATSTR("DynamicSchema/Attachment"));
 } // namespace
 
-detail::ModelTask<model::DynamicSchemaAttachmentInstanceCount>
+ModelTask<model::DynamicSchemaAttachmentInstanceCount>
 AttachmentApi::count_DynamicSchemaAttachment(const utility::string_t& location) const {
     return attachments.count<model::DynamicSchemaAttachmentInstanceCount>(m_ApiClient, __func__, location);
 }
@@ -26,13 +26,10 @@ AttachmentApi::fILEGET_DynamicSchemaAttachment_instanceId(const utility::string_
     return attachments.download(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance>
-AttachmentApi::fileInsert_DynamicSchemaAttachment_instanceId(const utility::string_t& location,
-                                                             const utility::string_t& instanceId,
-                                                             const utility::string_t& /*s3*/,
-                                                             const utility::string_t& contentType,
-                                                             const utility::string_t& contentDisposition,
-                                                             const std::vector<char>& /*content*/) const {
+ModelTask<model::DynamicSchemaAttachmentChangedInstance> AttachmentApi::fileInsert_DynamicSchemaAttachment_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const utility::string_t& /*s3*/,
+    const utility::string_t& contentType, const utility::string_t& contentDisposition,
+    const std::vector<char>& /*content*/) const {
     return attachments
         .onInstance(m_ApiClient, __func__, web::http::methods::PUT, location, instanceId, _XPLATSTR("$file"))
         .header(web::http::header_names::content_type, ApiClient::parameterToString(contentType))
@@ -42,44 +39,47 @@ AttachmentApi::fileInsert_DynamicSchemaAttachment_instanceId(const utility::stri
         .yieldModel<model::DynamicSchemaAttachmentChangedInstance>();
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentInstance> AttachmentApi::get_DynamicSchemaAttachment_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::DynamicSchemaAttachmentInstance> AttachmentApi::get_DynamicSchemaAttachment_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return attachments.get<model::DynamicSchemaAttachmentInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance> AttachmentApi::insert_DynamicSchemaAttachment(
+ModelTask<model::DynamicSchemaAttachmentChangedInstance> AttachmentApi::insert_DynamicSchemaAttachment(
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
-    const detail::Body<model::DynamicSchemaAttachmentInstance>& body) const {
+    const Body<model::DynamicSchemaAttachmentInstance>& body) const {
     return attachments
         .belowIssue(m_ApiClient, __func__, web::http::methods::POST, projInstID, formClassName, issueInstID)
         .body(body)
         .yieldModel<model::DynamicSchemaAttachmentChangedInstance>();
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select_DynamicSchemaAttachment(
-    const utility::string_t& location, const utility::string_t& instanceID, const detail::TextOption& filter,
-    const detail::TextOption& select, const detail::TextOption& orderby, const detail::TextOption& filtersettings,
-    const detail::NumberOption& skip, const detail::NumberOption& top) const {
-    return attachments
-        .onClass(m_ApiClient, __func__, web::http::methods::GET, location,
-                 instanceID.empty() ? _XPLATSTR("") : _XPLATSTR("/{instanceID}"))
+ModelTask<model::DynamicSchemaAttachmentInstances>
+AttachmentApi::select_DynamicSchemaAttachment(const utility::string_t& location, const utility::string_t& instanceID,
+                                              const TextOption& filter, const TextOption& select,
+                                              const TextOption& orderby, const TextOption& filtersettings,
+                                              const NumberOption& skip, const NumberOption& top) const {
+    const detail::SelectOptions options{filter, select, orderby, filtersettings, skip, top};
+    if (instanceID.empty()) {
+        return attachments.select<model::DynamicSchemaAttachmentInstances>(m_ApiClient, __func__, location, options);
+    }
+    return attachments.onClass(m_ApiClient, __func__, web::http::methods::GET, location, _XPLATSTR("/{instanceID}"))
         .fill(_XPLATSTR("instanceID"), instanceID)
-        .options({filter, select, orderby, filtersettings, skip, top})
+        .options(options)
         .yieldModel<model::DynamicSchemaAttachmentInstances>();
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select_DynamicSchemaAttachment2(
+ModelTask<model::DynamicSchemaAttachmentInstances> AttachmentApi::select_DynamicSchemaAttachment2(
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
-    const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
-    const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
+    const TextOption& filter, const TextOption& select, const TextOption& orderby, const TextOption& filtersettings,
+    const NumberOption& skip, const NumberOption& top) const {
     return attachments.selectBelowIssue<model::DynamicSchemaAttachmentInstances>(
         m_ApiClient, __func__, projInstID, formClassName, issueInstID,
         {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::DynamicSchemaAttachmentChangedInstance>
+ModelTask<model::DynamicSchemaAttachmentChangedInstance>
 AttachmentApi::update_DynamicSchemaAttachment(const utility::string_t& location, const utility::string_t& instanceId,
-                                              const detail::Body<model::DynamicSchemaAttachmentInstance>& body) const {
+                                              const Body<model::DynamicSchemaAttachmentInstance>& body) const {
     return attachments.update<model::DynamicSchemaAttachmentChangedInstance>(m_ApiClient, __func__, location,
                                                                              instanceId, body);
 }

@@ -8,21 +8,20 @@ namespace {
 constexpr detail::Resource auditRecords("AuditRecordApi", _XPLATSTR("DynamicSchema/AuditRecord"));
 } // namespace
 
-detail::ModelTask<model::DynamicSchemaAuditRecordInstanceCount>
+ModelTask<model::DynamicSchemaAuditRecordInstanceCount>
 AuditRecordApi::count_DynamicSchemaAuditRecord(const utility::string_t& location) const {
     return auditRecords.count<model::DynamicSchemaAuditRecordInstanceCount>(m_ApiClient, __func__, location);
 }
 
-detail::ModelTask<model::DynamicSchemaAuditRecordInstance> AuditRecordApi::get_DynamicSchemaAuditRecord_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::DynamicSchemaAuditRecordInstance> AuditRecordApi::get_DynamicSchemaAuditRecord_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return auditRecords.get<model::DynamicSchemaAuditRecordInstance>(m_ApiClient, __func__, location, instanceId,
                                                                      select);
 }
 
-detail::ModelTask<model::DynamicSchemaAuditRecordInstances> AuditRecordApi::select_DynamicSchemaAuditRecord(
-    const utility::string_t& location, const detail::TextOption& filter, const detail::TextOption& select,
-    const detail::TextOption& orderby, const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-    const detail::NumberOption& top) const {
+ModelTask<model::DynamicSchemaAuditRecordInstances> AuditRecordApi::select_DynamicSchemaAuditRecord(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return auditRecords.select<model::DynamicSchemaAuditRecordInstances>(
         m_ApiClient, __func__, location, {filter, select, orderby, filtersettings, skip, top});
 }

@@ -7,14 +7,14 @@ namespace VarnelAPI::Forms::api {
 namespace {
 constexpr detail::Resource issues("BaseClassApi", _XPLATSTR("DynamicSchema/BaseClass"));
 
-utility::string_t classNameOf(const detail::Body<model::DynamicSchemaBaseClassInstance>& body) {
+utility::string_t classNameOf(const Body<model::DynamicSchemaBaseClassInstance>& body) {
     const auto instance = body.value_or(nullptr);
     const auto content = instance ? instance->getInstance() : nullptr;
     return content && !content->getClassName().empty() ? content->getClassName() : _XPLATSTR("BaseClass");
 }
 } // namespace
 
-detail::ModelTask<model::DynamicSchemaBaseClassInstanceCount>
+ModelTask<model::DynamicSchemaBaseClassInstanceCount>
 BaseClassApi::count_DynamicSchemaBaseClass(const utility::string_t& location) const {
     return issues.count<model::DynamicSchemaBaseClassInstanceCount>(m_ApiClient, __func__, location);
 }
@@ -24,14 +24,14 @@ pplx::task<void> BaseClassApi::delete_DynamicSchemaBaseClass_instanceId(const ut
     return issues.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::DynamicSchemaBaseClassInstance> BaseClassApi::get_DynamicSchemaBaseClass_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::DynamicSchemaBaseClassInstance> BaseClassApi::get_DynamicSchemaBaseClass_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return issues.get<model::DynamicSchemaBaseClassInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::DynamicSchemaBaseClassChangedInstance>
+ModelTask<model::DynamicSchemaBaseClassChangedInstance>
 BaseClassApi::insert_DynamicSchemaBaseClass(const utility::string_t& location,
-                                            const detail::Body<model::DynamicSchemaBaseClassInstance>& body) const {
+                                            const Body<model::DynamicSchemaBaseClassInstance>& body) const {
     return issues
         .onPath(m_ApiClient, __func__, web::http::methods::POST, _XPLATSTR("{location}/DynamicSchema/{BaseClass}"))
         .fill(_XPLATSTR("location"), location)
@@ -40,34 +40,33 @@ BaseClassApi::insert_DynamicSchemaBaseClass(const utility::string_t& location,
         .yieldModel<model::DynamicSchemaBaseClassChangedInstance>();
 }
 
-detail::ModelTask<model::DynamicSchemaBaseClassInstances>
-BaseClassApi::select_DynamicSchemaBaseClass(const utility::string_t& location, const detail::TextOption& filter,
-                                            const detail::TextOption& select, const detail::TextOption& orderby,
-                                            const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                            const detail::NumberOption& top) const {
+ModelTask<model::DynamicSchemaBaseClassInstances> BaseClassApi::select_DynamicSchemaBaseClass(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return issues.onClass(m_ApiClient, __func__, web::http::methods::GET, location, _XPLATSTR("!poly"))
         .options({filter, select, orderby, filtersettings, skip, top})
         .yieldModel<model::DynamicSchemaBaseClassInstances>();
 }
 
-detail::ModelTask<model::DynamicSchemaBaseClassInstances> BaseClassApi::select_DynamicSchemaBaseClass2(
+ModelTask<model::DynamicSchemaBaseClassInstances> BaseClassApi::select_DynamicSchemaBaseClass2(
     const utility::string_t& location, const utility::string_t& ClassName, const utility::string_t& issueInstID,
-    const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
-    const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
-    return issues
-        .onPath(m_ApiClient, __func__, web::http::methods::GET,
-                issueInstID.empty() ? _XPLATSTR("{location}/DynamicSchema/{ClassName}")
-                                    : _XPLATSTR("{location}/DynamicSchema/{ClassName}/{issueInstID}"))
-        .fill(_XPLATSTR("location"), location)
-        .fill(_XPLATSTR("ClassName"), ClassName)
-        .fill(_XPLATSTR("issueInstID"), issueInstID)
-        .options({filter, select, orderby, filtersettings, skip, top})
+    const TextOption& filter, const TextOption& select, const TextOption& orderby, const TextOption& filtersettings,
+    const NumberOption& skip, const NumberOption& top) const {
+    auto operation =
+        issues.onPath(m_ApiClient, __func__, web::http::methods::GET,
+                      issueInstID.empty() ? _XPLATSTR("{location}/DynamicSchema/{ClassName}")
+                                          : _XPLATSTR("{location}/DynamicSchema/{ClassName}/{issueInstID}"));
+    operation.fill(_XPLATSTR("location"), location).fill(_XPLATSTR("ClassName"), ClassName);
+    if (!issueInstID.empty()) {
+        operation.fill(_XPLATSTR("issueInstID"), issueInstID);
+    }
+    return operation.options({filter, select, orderby, filtersettings, skip, top})
         .yieldModel<model::DynamicSchemaBaseClassInstances>();
 }
 
-detail::ModelTask<model::DynamicSchemaBaseClassChangedInstance>
+ModelTask<model::DynamicSchemaBaseClassChangedInstance>
 BaseClassApi::update_DynamicSchemaBaseClass(const utility::string_t& location, const utility::string_t& instanceId,
-                                            const detail::Body<model::DynamicSchemaBaseClassInstance>& body) const {
+                                            const Body<model::DynamicSchemaBaseClassInstance>& body) const {
     return issues.update<model::DynamicSchemaBaseClassChangedInstance>(m_ApiClient, __func__, location, instanceId,
                                                                        body);
 }

@@ -13,30 +13,28 @@ pplx::task<void> ClassApi::delete_SchemasClass_instanceId(const utility::string_
     return classes.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::SchemasClassInstance>
-ClassApi::get_SchemasClass_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                      const detail::TextOption& select) const {
+ModelTask<model::SchemasClassInstance> ClassApi::get_SchemasClass_instanceId(const utility::string_t& location,
+                                                                             const utility::string_t& instanceId,
+                                                                             const TextOption& select) const {
     return classes.get<model::SchemasClassInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::SchemasClassChangedInstance>
-ClassApi::insert_SchemasClass(const utility::string_t& location,
-                              const detail::Body<model::SchemasClassInstance>& body) const {
+ModelTask<model::SchemasClassChangedInstance>
+ClassApi::insert_SchemasClass(const utility::string_t& location, const Body<model::SchemasClassInstance>& body) const {
     return classes.insert<model::SchemasClassChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::SchemasClassInstances>
-ClassApi::select_SchemasClass(const utility::string_t& location, const detail::TextOption& filter,
-                              const detail::TextOption& select, const detail::TextOption& orderby,
-                              const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                              const detail::NumberOption& top) const {
+ModelTask<model::SchemasClassInstances>
+ClassApi::select_SchemasClass(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                              const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                              const NumberOption& top) const {
     return classes.select<model::SchemasClassInstances>(m_ApiClient, __func__, location,
                                                         {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::SchemasClassChangedInstance>
+ModelTask<model::SchemasClassChangedInstance>
 ClassApi::update_SchemasClass(const utility::string_t& location, const utility::string_t& instanceId,
-                              const detail::Body<model::SchemasClassInstance>& body) const {
+                              const Body<model::SchemasClassInstance>& body) const {
     return classes.update<model::SchemasClassChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

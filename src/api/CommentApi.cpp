@@ -8,7 +8,7 @@ namespace {
 constexpr detail::Resource comments("CommentApi", _XPLATSTR("DynamicSchema/_Comment"));
 } // namespace
 
-detail::ModelTask<model::DynamicSchema_CommentInstanceCount>
+ModelTask<model::DynamicSchema_CommentInstanceCount>
 CommentApi::count_DynamicSchemaComment(const utility::string_t& location) const {
     return comments.count<model::DynamicSchema_CommentInstanceCount>(m_ApiClient, __func__, location);
 }
@@ -18,42 +18,40 @@ pplx::task<void> CommentApi::delete_DynamicSchemaComment_instanceId(const utilit
     return comments.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::DynamicSchema_CommentInstance>
+ModelTask<model::DynamicSchema_CommentInstance>
 CommentApi::get_DynamicSchemaComment_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                                const detail::TextOption& select) const {
+                                                const TextOption& select) const {
     return comments.get<model::DynamicSchema_CommentInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::DynamicSchema_CommentChangedInstance>
+ModelTask<model::DynamicSchema_CommentChangedInstance>
 CommentApi::insert_DynamicSchemaComment(const utility::string_t& projInstID, const utility::string_t& formClassName,
                                         const utility::string_t& issueInstID,
-                                        const detail::Body<model::DynamicSchema_CommentInstance>& body) const {
+                                        const Body<model::DynamicSchema_CommentInstance>& body) const {
     return comments.belowIssue(m_ApiClient, __func__, web::http::methods::POST, projInstID, formClassName, issueInstID)
         .body(body)
         .yieldModel<model::DynamicSchema_CommentChangedInstance>();
 }
 
-detail::ModelTask<model::DynamicSchema_CommentInstances>
-CommentApi::select_DynamicSchemaComment(const utility::string_t& location, const detail::TextOption& filter,
-                                        const detail::TextOption& select, const detail::TextOption& orderby,
-                                        const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                        const detail::NumberOption& top) const {
+ModelTask<model::DynamicSchema_CommentInstances> CommentApi::select_DynamicSchemaComment(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return comments.select<model::DynamicSchema_CommentInstances>(m_ApiClient, __func__, location,
                                                                   {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::DynamicSchema_CommentInstances> CommentApi::select_DynamicSchemaComment2(
+ModelTask<model::DynamicSchema_CommentInstances> CommentApi::select_DynamicSchemaComment2(
     const utility::string_t& projInstID, const utility::string_t& formClassName, const utility::string_t& issueInstID,
-    const detail::TextOption& filter, const detail::TextOption& select, const detail::TextOption& orderby,
-    const detail::TextOption& filtersettings, const detail::NumberOption& skip, const detail::NumberOption& top) const {
+    const TextOption& filter, const TextOption& select, const TextOption& orderby, const TextOption& filtersettings,
+    const NumberOption& skip, const NumberOption& top) const {
     return comments.selectBelowIssue<model::DynamicSchema_CommentInstances>(
         m_ApiClient, __func__, projInstID, formClassName, issueInstID,
         {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::DynamicSchema_CommentChangedInstance>
+ModelTask<model::DynamicSchema_CommentChangedInstance>
 CommentApi::update_DynamicSchemaComment(const utility::string_t& location, const utility::string_t& instanceId,
-                                        const detail::Body<model::DynamicSchema_CommentInstance>& body) const {
+                                        const Body<model::DynamicSchema_CommentInstance>& body) const {
     return comments.update<model::DynamicSchema_CommentChangedInstance>(m_ApiClient, __func__, location, instanceId,
                                                                         body);
 }

@@ -8,9 +8,8 @@ namespace {
 constexpr detail::Resource bcfExports("ExportApi", _XPLATSTR("Bcf/Export"));
 } // namespace
 
-detail::ModelTask<model::BcfExportChangedInstance>
-ExportApi::insert_BcfExport(const utility::string_t& location,
-                            const detail::Body<model::BcfExportInstance>& body) const {
+ModelTask<model::BcfExportChangedInstance>
+ExportApi::insert_BcfExport(const utility::string_t& location, const Body<model::BcfExportInstance>& body) const {
     return bcfExports.insert<model::BcfExportChangedInstance>(m_ApiClient, __func__, location, body);
 }
 

@@ -8,7 +8,7 @@ namespace {
 constexpr detail::Resource files("FileApi", _XPLATSTR("DynamicSchema/File"));
 } // namespace
 
-detail::ModelTask<model::DynamicSchemaFileInstanceCount>
+ModelTask<model::DynamicSchemaFileInstanceCount>
 FileApi::count_DynamicSchemaFile(const utility::string_t& location) const {
     return files.count<model::DynamicSchemaFileInstanceCount>(m_ApiClient, __func__, location);
 }
@@ -24,41 +24,41 @@ FileApi::fILEGET_DynamicSchemaFile_instanceId(const utility::string_t& location,
     return files.download(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+ModelTask<model::DynamicSchemaFileChangedInstance>
 FileApi::fileInsert_DynamicSchemaFile_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
                                                  const utility::string_t& contentDisposition,
-                                                 const detail::TextOption& /*content*/) const {
+                                                 const TextOption& /*content*/) const {
+    // Throws, before anything else is looked at; the rest only says what would follow.
+    const auto type = detail::requestType(std::string("FileApi->") + __func__, {_XPLATSTR("text/plain")});
     return files.onInstance(m_ApiClient, __func__, web::http::methods::PUT, location, instanceId, _XPLATSTR("$file"))
         .header(web::http::header_names::content_disposition, ApiClient::parameterToString(contentDisposition))
-        // Throws; the rest only says what would follow.
-        .consumes({_XPLATSTR("text/plain")})
+        .consumes({type})
         .yieldModel<model::DynamicSchemaFileChangedInstance>();
 }
 
-detail::ModelTask<model::DynamicSchemaFileInstance>
+ModelTask<model::DynamicSchemaFileInstance>
 FileApi::get_DynamicSchemaFile_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                          const detail::TextOption& select) const {
+                                          const TextOption& select) const {
     return files.get<model::DynamicSchemaFileInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+ModelTask<model::DynamicSchemaFileChangedInstance>
 FileApi::insert_DynamicSchemaFile(const utility::string_t& location,
-                                  const detail::Body<model::DynamicSchemaFileInstance>& body) const {
+                                  const Body<model::DynamicSchemaFileInstance>& body) const {
     return files.insert<model::DynamicSchemaFileChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::DynamicSchemaFileInstances>
-FileApi::select_DynamicSchemaFile(const utility::string_t& location, const detail::TextOption& filter,
-                                  const detail::TextOption& select, const detail::TextOption& orderby,
-                                  const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                  const detail::NumberOption& top) const {
+ModelTask<model::DynamicSchemaFileInstances>
+FileApi::select_DynamicSchemaFile(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                                  const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                                  const NumberOption& top) const {
     return files.select<model::DynamicSchemaFileInstances>(m_ApiClient, __func__, location,
                                                            {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::DynamicSchemaFileChangedInstance>
+ModelTask<model::DynamicSchemaFileChangedInstance>
 FileApi::update_DynamicSchemaFile(const utility::string_t& location, const utility::string_t& instanceId,
-                                  const detail::Body<model::DynamicSchemaFileInstance>& body) const {
+                                  const Body<model::DynamicSchemaFileInstance>& body) const {
     return files.update<model::DynamicSchemaFileChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -15,21 +15,21 @@ pplx::task<void> FormApi::delete_FormsECMappingForm_instanceId(const utility::st
     return forms.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormInstance>
+ModelTask<model::Forms_EC_MappingFormInstance>
 FormApi::get_FormsECMappingForm_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                           const detail::TextOption& select) const {
+                                           const TextOption& select) const {
     return forms.get<model::Forms_EC_MappingFormInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormChangedInstance>
+ModelTask<model::Forms_EC_MappingFormChangedInstance>
 FormApi::insert_FormsECMappingForm(const utility::string_t& location,
-                                   const detail::Body<model::Forms_EC_MappingFormInstance>& body) const {
+                                   const Body<model::Forms_EC_MappingFormInstance>& body) const {
     return forms.insert<model::Forms_EC_MappingFormChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormChangedInstance> FormApi::insert_FormsECMappingFormRelatedToIssue(
+ModelTask<model::Forms_EC_MappingFormChangedInstance> FormApi::insert_FormsECMappingFormRelatedToIssue(
     const utility::string_t& projectID, const utility::string_t& issueClassName, const utility::string_t& issueID,
-    const detail::Body<model::Forms_EC_MappingFormInstance>& body) const {
+    const Body<model::Forms_EC_MappingFormInstance>& body) const {
     return forms
         .onPath(
             m_ApiClient, __func__, web::http::methods::POST,
@@ -41,36 +41,32 @@ detail::ModelTask<model::Forms_EC_MappingFormChangedInstance> FormApi::insert_Fo
         .yieldModel<model::Forms_EC_MappingFormChangedInstance>();
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormInstances>
-FormApi::select_FormsECMappingForm(const utility::string_t& location, const detail::TextOption& filter,
-                                   const detail::TextOption& select, const detail::TextOption& orderby,
-                                   const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                   const detail::NumberOption& top) const {
+ModelTask<model::Forms_EC_MappingFormInstances> FormApi::select_FormsECMappingForm(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return forms.select<model::Forms_EC_MappingFormInstances>(m_ApiClient, __func__, location,
                                                               {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::Forms_EC_MappingProjectMemberInstances>
-FormApi::select_ProjectMembers(const utility::string_t& location, const detail::TextOption& filter,
-                               const detail::TextOption& select, const detail::TextOption& orderby,
-                               const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                               const detail::NumberOption& top) const {
+ModelTask<model::Forms_EC_MappingProjectMemberInstances>
+FormApi::select_ProjectMembers(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                               const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                               const NumberOption& top) const {
     return projectMembers.select<model::Forms_EC_MappingProjectMemberInstances>(
         m_ApiClient, __func__, location, {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::PlexumProjectRoleInstances>
-FormApi::select_ProjectRoles(const utility::string_t& location, const detail::TextOption& filter,
-                             const detail::TextOption& select, const detail::TextOption& orderby,
-                             const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                             const detail::NumberOption& top) const {
+ModelTask<model::PlexumProjectRoleInstances>
+FormApi::select_ProjectRoles(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                             const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                             const NumberOption& top) const {
     return projectRoles.select<model::PlexumProjectRoleInstances>(m_ApiClient, __func__, location,
                                                                   {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormChangedInstance>
+ModelTask<model::Forms_EC_MappingFormChangedInstance>
 FormApi::update_FormsECMappingForm(const utility::string_t& location, const utility::string_t& instanceId,
-                                   const detail::Body<model::Forms_EC_MappingFormInstance>& body) const {
+                                   const Body<model::Forms_EC_MappingFormInstance>& body) const {
     return forms.update<model::Forms_EC_MappingFormChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -14,36 +14,30 @@ FormDefinitionApi::delete_FormsECMappingFormDefinition_instanceId(const utility:
     return formDefinitions.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormDefinitionInstance>
-FormDefinitionApi::get_FormsECMappingFormDefinition_instanceId(const utility::string_t& location,
-                                                               const utility::string_t& instanceId,
-                                                               const detail::TextOption& select) const {
+ModelTask<model::Forms_EC_MappingFormDefinitionInstance> FormDefinitionApi::get_FormsECMappingFormDefinition_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return formDefinitions.get<model::Forms_EC_MappingFormDefinitionInstance>(m_ApiClient, __func__, location,
                                                                               instanceId, select);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
-FormDefinitionApi::insert_FormsECMappingFormDefinition(
-    const utility::string_t& location, const detail::Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const {
+ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance> FormDefinitionApi::insert_FormsECMappingFormDefinition(
+    const utility::string_t& location, const Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const {
     return formDefinitions.insert<model::Forms_EC_MappingFormDefinitionChangedInstance>(m_ApiClient, __func__, location,
                                                                                         body);
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormDefinitionInstances>
-FormDefinitionApi::select_FormsECMappingFormDefinition(
-    const utility::string_t& location, const detail::TextOption& filter, const detail::TextOption& select,
-    const detail::TextOption& orderby, const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-    const detail::NumberOption& top) const {
+ModelTask<model::Forms_EC_MappingFormDefinitionInstances> FormDefinitionApi::select_FormsECMappingFormDefinition(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return formDefinitions.onClass(m_ApiClient, __func__, web::http::methods::GET, location)
-        .query(_XPLATSTR("definitionFormat"), detail::TextOption(_XPLATSTR("json")))
+        .query(_XPLATSTR("definitionFormat"), TextOption(_XPLATSTR("json")))
         .options({filter, select, orderby, filtersettings, skip, top})
         .yieldModel<model::Forms_EC_MappingFormDefinitionInstances>();
 }
 
-detail::ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
-FormDefinitionApi::update_FormsECMappingFormDefinition(
+ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance> FormDefinitionApi::update_FormsECMappingFormDefinition(
     const utility::string_t& location, const utility::string_t& instanceId,
-    const detail::Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const {
+    const Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const {
     return formDefinitions.update<model::Forms_EC_MappingFormDefinitionChangedInstance>(m_ApiClient, __func__, location,
                                                                                         instanceId, body);
 }

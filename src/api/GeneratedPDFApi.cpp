@@ -14,22 +14,20 @@ GeneratedPDFApi::fILEGET_FormPDFGeneratedPDF_instanceId(const utility::string_t&
     return generatedPdfs.download(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::FormPDFGeneratedPDFInstance> GeneratedPDFApi::get_FormPDFGeneratedPDF_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::FormPDFGeneratedPDFInstance> GeneratedPDFApi::get_FormPDFGeneratedPDF_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return generatedPdfs.get<model::FormPDFGeneratedPDFInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::FormPDFGeneratedPDFChangedInstance>
+ModelTask<model::FormPDFGeneratedPDFChangedInstance>
 GeneratedPDFApi::insert_FormPDFGeneratedPDF(const utility::string_t& location,
-                                            const detail::Body<model::FormPDFGeneratedPDFInstance>& body) const {
+                                            const Body<model::FormPDFGeneratedPDFInstance>& body) const {
     return generatedPdfs.insert<model::FormPDFGeneratedPDFChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::FormPDFGeneratedPDFInstances>
-GeneratedPDFApi::select_FormPDFGeneratedPDF(const utility::string_t& location, const detail::TextOption& filter,
-                                            const detail::TextOption& select, const detail::TextOption& orderby,
-                                            const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                            const detail::NumberOption& top) const {
+ModelTask<model::FormPDFGeneratedPDFInstances> GeneratedPDFApi::select_FormPDFGeneratedPDF(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return generatedPdfs.select<model::FormPDFGeneratedPDFInstances>(
         m_ApiClient, __func__, location, {filter, select, orderby, filtersettings, skip, top});
 }

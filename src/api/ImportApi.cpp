@@ -8,9 +8,8 @@ namespace {
 constexpr detail::Resource bcfImports("ImportApi", _XPLATSTR("Bcf/Import"));
 } // namespace
 
-detail::ModelTask<model::BcfImportChangedInstance>
-ImportApi::insert_BcfImport(const utility::string_t& location,
-                            const detail::Body<model::BcfImportInstance>& body) const {
+ModelTask<model::BcfImportChangedInstance>
+ImportApi::insert_BcfImport(const utility::string_t& location, const Body<model::BcfImportInstance>& body) const {
     return bcfImports.insert<model::BcfImportChangedInstance>(m_ApiClient, __func__, location, body);
 }
 

@@ -19,30 +19,28 @@ ListGroupApi::fILEGET_ListsListGroup_instanceId(const utility::string_t& locatio
     return listGroups.download(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::ListsListGroupInstance>
+ModelTask<model::ListsListGroupInstance>
 ListGroupApi::get_ListsListGroup_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                            const detail::TextOption& select) const {
+                                            const TextOption& select) const {
     return listGroups.get<model::ListsListGroupInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::ListsListGroupChangedInstance>
+ModelTask<model::ListsListGroupChangedInstance>
 ListGroupApi::insert_ListsListGroup(const utility::string_t& location,
-                                    const detail::Body<model::ListsListGroupInstance>& body) const {
+                                    const Body<model::ListsListGroupInstance>& body) const {
     return listGroups.insert<model::ListsListGroupChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::ListsListGroupInstances>
-ListGroupApi::select_ListsListGroup(const utility::string_t& location, const detail::TextOption& filter,
-                                    const detail::TextOption& select, const detail::TextOption& orderby,
-                                    const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                    const detail::NumberOption& top) const {
+ModelTask<model::ListsListGroupInstances> ListGroupApi::select_ListsListGroup(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return listGroups.select<model::ListsListGroupInstances>(m_ApiClient, __func__, location,
                                                              {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::ListsListGroupChangedInstance>
+ModelTask<model::ListsListGroupChangedInstance>
 ListGroupApi::update_ListsListGroup(const utility::string_t& location, const utility::string_t& instanceId,
-                                    const detail::Body<model::ListsListGroupInstance>& body) const {
+                                    const Body<model::ListsListGroupInstance>& body) const {
     return listGroups.update<model::ListsListGroupChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -13,30 +13,29 @@ pplx::task<void> ListTreeApi::delete_ListsListTree_instanceId(const utility::str
     return listTrees.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::ListsListTreeInstance>
-ListTreeApi::get_ListsListTree_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                          const detail::TextOption& select) const {
+ModelTask<model::ListsListTreeInstance> ListTreeApi::get_ListsListTree_instanceId(const utility::string_t& location,
+                                                                                  const utility::string_t& instanceId,
+                                                                                  const TextOption& select) const {
     return listTrees.get<model::ListsListTreeInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::ListsListTreeChangedInstance>
+ModelTask<model::ListsListTreeChangedInstance>
 ListTreeApi::insert_ListsListTree(const utility::string_t& location,
-                                  const detail::Body<model::ListsListTreeInstance>& body) const {
+                                  const Body<model::ListsListTreeInstance>& body) const {
     return listTrees.insert<model::ListsListTreeChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::ListsListTreeInstances>
-ListTreeApi::select_ListsListTree(const utility::string_t& location, const detail::TextOption& filter,
-                                  const detail::TextOption& select, const detail::TextOption& orderby,
-                                  const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                  const detail::NumberOption& top) const {
+ModelTask<model::ListsListTreeInstances>
+ListTreeApi::select_ListsListTree(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                                  const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                                  const NumberOption& top) const {
     return listTrees.select<model::ListsListTreeInstances>(m_ApiClient, __func__, location,
                                                            {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::ListsListTreeChangedInstance>
+ModelTask<model::ListsListTreeChangedInstance>
 ListTreeApi::update_ListsListTree(const utility::string_t& location, const utility::string_t& instanceId,
-                                  const detail::Body<model::ListsListTreeInstance>& body) const {
+                                  const Body<model::ListsListTreeInstance>& body) const {
     return listTrees.update<model::ListsListTreeChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -13,30 +13,28 @@ pplx::task<void> ListValueApi::delete_ListsListValue_instanceId(const utility::s
     return listValues.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::ListsListValueInstance>
+ModelTask<model::ListsListValueInstance>
 ListValueApi::get_ListsListValue_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                            const detail::TextOption& select) const {
+                                            const TextOption& select) const {
     return listValues.get<model::ListsListValueInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::ListsListValueChangedInstance>
+ModelTask<model::ListsListValueChangedInstance>
 ListValueApi::insert_ListsListValue(const utility::string_t& location,
-                                    const detail::Body<model::ListsListValueInstance>& body) const {
+                                    const Body<model::ListsListValueInstance>& body) const {
     return listValues.insert<model::ListsListValueChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::ListsListValueInstances>
-ListValueApi::select_ListsListValue(const utility::string_t& location, const detail::TextOption& filter,
-                                    const detail::TextOption& select, const detail::TextOption& orderby,
-                                    const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                    const detail::NumberOption& top) const {
+ModelTask<model::ListsListValueInstances> ListValueApi::select_ListsListValue(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return listValues.select<model::ListsListValueInstances>(m_ApiClient, __func__, location,
                                                              {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::ListsListValueChangedInstance>
+ModelTask<model::ListsListValueChangedInstance>
 ListValueApi::update_ListsListValue(const utility::string_t& location, const utility::string_t& instanceId,
-                                    const detail::Body<model::ListsListValueInstance>& body) const {
+                                    const Body<model::ListsListValueInstance>& body) const {
     return listValues.update<model::ListsListValueChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -6,14 +6,15 @@
 #include <VarnelAPI/Forms/model/JsonBody.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
 
-#include "Redirects.h"
 #include "Request.h"
 #include "ResponseText.h"
 #include "model/Conversion.h"
 #include "model/MediaTypes.h"
+#include "model/ModelJson.h"
 #include "model/Streams.h"
-
-#include <cpprest/http_client.h>
+#include "model/TextBody.h"
+#include "transport/Attempts.h"
+#include "transport/ContentLength.h"
 
 namespace VarnelAPI::Forms::api::detail {
 
@@ -48,7 +49,7 @@ bool hasDotSegment(const utility::string_t& path) {
 std::string takeBody(const http_response& response) {
     std::string bytes;
     auto buffer = response.body().streambuf();
-    bytes.reserve(buffer.in_avail());
+    bytes.reserve(buffer.in_avail() + model::detail::lanePadding);
     uint8_t* block = nullptr;
     std::size_t size = 0;
     while (buffer.acquire(block, size) && size != 0) {
@@ -61,16 +62,14 @@ std::string takeBody(const http_response& response) {
 /// The HTTP library takes a Content-Length that is no number, or one too large, for another length or none.
 void requireLength(const http_response& response, std::size_t size) {
     utility::string_t length;
-    if (!response.headers().has(header_names::transfer_encoding) &&
-        response.headers().match(header_names::content_length, length) && length != to_string_t(std::to_string(size))) {
-        throw web::http::http_exception(_XPLATSTR("the response's body is not as long as its Content-Length: ") +
-                                        length);
+    if (response.headers().has(header_names::transfer_encoding) ||
+        !response.headers().match(header_names::content_length, length) || transport::detail::isLength(length, size)) {
+        return;
     }
-}
-
-[[noreturn]] void fail(web::http::status_code code, const utility::string_t& operation, const utility::string_t& reason,
-                       std::shared_ptr<std::istream> content) {
-    throw ApiException(code, _XPLATSTR("error calling ") + operation + _XPLATSTR(": ") + reason, std::move(content));
+    throw web::http::http_exception((transport::detail::lengthOf(length).empty()
+                                         ? _XPLATSTR("the response's Content-Length is no length: ")
+                                         : _XPLATSTR("the response's body is not as long as its Content-Length: ")) +
+                                    length);
 }
 
 /// What `work` throws, or null.
@@ -86,7 +85,34 @@ std::exception_ptr failureOf(Work work) {
 
 } // namespace
 
+utility::string_t requestType(const std::string& operation, const std::set<utility::string_t>& consumed) {
+    if (consumed.empty() || consumed.count(jsonType) != 0) {
+        return jsonType;
+    }
+    if (consumed.count(multipartType) != 0) {
+        return multipartType;
+    }
+    throw ApiException(status_codes::UnsupportedMediaType,
+                       to_string_t(operation) + _XPLATSTR(" does not consume any supported media type"), nullptr);
+}
+
+bool Answer::isGone() const {
+    return effect == transport::detail::Effect::Deletes && control && control->repeats() != 0 &&
+           (*arrived)->status_code() == status_codes::NotFound;
+}
+
+void Answer::fail(web::http::status_code code, const utility::string_t& reason,
+                  std::shared_ptr<std::istream> content) const {
+    const auto after =
+        control ? control->afterAttempts(effect == transport::detail::Effect::Changes) : utility::string_t();
+    throw ApiException(code, _XPLATSTR("error calling ") + operation + _XPLATSTR(": ") + reason + after,
+                       std::move(content));
+}
+
 bool Answer::isExpected() const {
+    if (isGone()) {
+        return true;
+    }
     const http_response& response = **arrived;
     utility::string_t type;
     return response.status_code() < status_codes::BadRequest &&
@@ -95,14 +121,13 @@ bool Answer::isExpected() const {
 }
 
 void Answer::check(const pplx::task<http_response>& ready) const {
+    // Where the call was ended before its time, the transfer may still go on, and nothing else may be looked at.
+    if (const auto failure = control ? control->failure() : nullptr) {
+        observe(ready);
+        std::rethrow_exception(failure);
+    }
     if (!arrived->has_value() || isExpected()) {
-        try {
-            ready.get();
-        } catch (const std::runtime_error& error) {
-            // Of a body that can't be decompressed, or of a callback of the settings. The HTTP library's own failures
-            // are http_exceptions, which are none of these.
-            throw web::http::http_exception(to_string_t(error.what()));
-        }
+        ready.get();
         return;
     }
     try {
@@ -113,42 +138,72 @@ void Answer::check(const pplx::task<http_response>& ready) const {
     const http_response& response = **arrived;
     auto content = model::detail::streamOf(takeBody(response));
     if (response.status_code() >= status_codes::BadRequest) {
-        fail(response.status_code(), operation, response.reason_phrase(), std::move(content));
+        fail(response.status_code(), response.reason_phrase(), std::move(content));
     }
-    fail(status_codes::InternalError, operation,
-         _XPLATSTR("unexpected response type: ") + response.headers().content_type(), std::move(content));
+    fail(status_codes::InternalError, _XPLATSTR("unexpected response type: ") + response.headers().content_type(),
+         std::move(content));
+}
+
+void Answer::requireWhole(std::size_t size) const {
+    if (!isDecoded || !(*arrived)->headers().has(header_names::content_encoding)) {
+        requireLength(**arrived, size);
+    }
 }
 
 std::string Answer::body(const pplx::task<http_response>& ready) const {
     check(ready);
     std::string bytes = takeBody(**arrived);
-    if (!isDecoded || !(*arrived)->headers().has(header_names::content_encoding)) {
-        requireLength(**arrived, bytes.size());
-    }
+    requireWhole(bytes.size());
     return bytes;
 }
 
-void Answer::read(model::detail::Model& result, const pplx::task<http_response>& ready) const {
+std::shared_ptr<std::istream> Answer::download(const pplx::task<http_response>& ready) const {
+    if (!control || !control->wishes().saves()) {
+        return model::detail::streamOf(body(ready));
+    }
+    const auto& file = control->file();
+    try {
+        check(ready);
+        requireWhole(control->saved());
+        return file ? file->keep() : model::detail::streamOf({});
+    } catch (...) {
+        control->discardFile();
+        throw;
+    }
+}
+
+std::shared_ptr<model::Model> Answer::read(std::shared_ptr<model::Model> (*make)(),
+                                           const pplx::task<http_response>& ready) const {
     std::string bytes = body(ready);
     if (accept != jsonType) {
-        fail(status_codes::InternalError, operation, _XPLATSTR("unsupported response type"), nullptr);
+        fail(status_codes::InternalError, _XPLATSTR("unsupported response type"), nullptr);
     }
+    const utility::string_t type = (*arrived)->headers().content_type();
+    auto result = make();
+    if (isUtf8(type) && model::detail::readFast(*result, bytes)) {
+        return result;
+    }
+    result = make(); // The other one may be half full.
     auto json = model::detail::decoding([&] {
         // The text is gone before the model is filled: text, tree and model need not all stand in memory at once.
-        return model::detail::parseJson(decodeText(std::move(bytes), (*arrived)->headers().content_type()));
+        return model::detail::parseJson(decodeText(std::move(bytes), type));
     });
-    result.fromJson(std::move(json));
+    result->fromJson(std::move(json));
+    return result;
 }
 
 Operation::Operation(const std::shared_ptr<ApiClient>& client, const char* api, const char* name,
                      const utility::string_t& method, const utility::string_t& path)
-    : m_Client(client),
-      m_Name(std::string(api) + "->" + name), m_Answer{to_string_t(name),
-                                                       {},
-                                                       std::make_shared<std::optional<http_response>>()},
-      m_Method(method), m_Path(repositories + path) {
+    : m_Client(client), m_Name(std::string(api) + "->" + name), m_Method(method), m_Path(repositories + path) {
+    m_Answer.operation = to_string_t(name);
+    m_Answer.arrived = std::make_shared<std::optional<http_response>>();
     const auto configuration = model::detail::required(m_Client->getConfiguration(), "the configuration of the client");
     m_Headers = configuration->getDefaultHeaders();
+    if (const auto options = m_Client->getCallOptions()) {
+        for (const auto& [key, value] : transport::detail::headersOf(transport::detail::wishesOf(*options))) {
+            header(key, value);
+        }
+    }
     m_Answer.isDecoded = configuration->getHttpConfig().request_compressed_response();
     produces({jsonType});
     consumes({});
@@ -162,11 +217,13 @@ Operation& Operation::fill(const utility::char_t* placeholder, const utility::st
     }
     const utility::string_t braced = _XPLATSTR("{") + utility::string_t(placeholder) + _XPLATSTR("}");
     const auto at = m_Path.find(braced, m_Filled);
-    if (at != utility::string_t::npos) {
-        const utility::string_t text = ApiClient::parameterToString(value);
-        m_Path.replace(at, braced.size(), text);
-        m_Filled = at + text.size();
+    if (at == utility::string_t::npos) {
+        throw std::logic_error(m_Name + ": there is no " + to_utf8string(braced) + " to fill in " +
+                               to_utf8string(m_Path));
     }
+    const utility::string_t text = ApiClient::parameterToString(value);
+    m_Path.replace(at, braced.size(), text);
+    m_Filled = at + text.size();
     return *this;
 }
 
@@ -191,10 +248,7 @@ Operation& Operation::options(const SelectOptions& options) {
 }
 
 Operation& Operation::header(const utility::string_t& name, const utility::string_t& value) {
-    for (auto entry = m_Headers.begin(); entry != m_Headers.end();) {
-        entry = utility::details::str_iequal(entry->first, name) ? m_Headers.erase(entry) : std::next(entry);
-    }
-    m_Headers[name] = value;
+    transport::detail::replaceHeader(m_Headers, name, value);
     return *this;
 }
 
@@ -213,20 +267,17 @@ Operation& Operation::produces(const std::set<utility::string_t>& types) {
 }
 
 Operation& Operation::consumes(const std::set<utility::string_t>& types) {
-    if (types.empty() || types.count(jsonType) != 0) {
-        m_ContentType = jsonType;
-    } else if (types.count(multipartType) != 0) {
-        m_ContentType = multipartType;
-    } else {
-        throw ApiException(status_codes::UnsupportedMediaType,
-                           to_string_t(m_Name) + _XPLATSTR(" does not consume any supported media type"), nullptr);
-    }
+    m_ContentType = requestType(m_Name, types);
     return *this;
 }
 
-Operation& Operation::body(std::shared_ptr<model::ModelBase> instance) {
+Operation& Operation::body(const std::shared_ptr<model::ModelBase>& instance, const model::Model* described) {
     if (m_ContentType == jsonType) {
-        m_Body = std::make_shared<model::JsonBody>(model::ModelBase::toJson(std::move(instance)));
+        if (described != nullptr) {
+            m_Body = std::make_shared<model::detail::TextBody>(model::detail::writeText(*described));
+        } else {
+            m_Body = std::make_shared<model::JsonBody>(model::ModelBase::toJson(instance));
+        }
     } else {
         auto multipart = std::make_shared<model::MultipartFormData>();
         if (instance) {
@@ -244,30 +295,53 @@ Operation& Operation::body(std::shared_ptr<model::IHttpBody> body, const utility
     return *this;
 }
 
-void Operation::send(bool wantsBody, std::function<void(const Ready&)> finish) {
-    const auto configuration = m_Client->getConfiguration();
-    auto call = makeCall(configuration, m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType);
-    detail::send(*configuration, std::move(call), [answer = m_Answer, wantsBody](const http_response& response) {
+void Operation::send(Wanted wanted, Finish finish) {
+    const auto options = m_Client->getCallOptions();
+    if (wanted != Wanted::Download && options && transport::detail::wishesOf(*options).saves()) {
+        throw std::invalid_argument(m_Name + ": there is no download to save");
+    }
+    auto call =
+        makeCall(m_Client->getConfiguration(), m_Path, m_Method, m_Query, m_Body, m_Headers, {}, {}, m_ContentType);
+    Answer answer = m_Answer;
+    answer.control = call.control = controlOf(options);
+    answer.effect = call.effect;
+    if (answer.control) {
+        call.operation = answer.operation;
+    }
+    transport::detail::send(std::move(call), [answer,
+                                              wanted](const http_response& response,
+                                                      const std::shared_ptr<transport::detail::ResponseBuffer>& body) {
         *answer.arrived = response;
-        if (wantsBody || !answer.isExpected()) {
-            return response.content_ready();
+        if (wanted == Wanted::Nothing && answer.isExpected()) {
+            transport::detail::discardBody(response);
+            return pplx::task_from_result(response);
         }
-        discardBody(response);
-        return pplx::task_from_result(response);
-    }).then(std::move(finish));
+        if (wanted == Wanted::Download && answer.control && answer.control->wishes().saves() && answer.isExpected()) {
+            answer.control->save(response, body);
+        }
+        return response.content_ready();
+    }).then([answer, finish = std::move(finish)](const Ready& ready) { finish(answer, ready); });
 }
 
-void Operation::read(std::shared_ptr<model::detail::Model> result, std::function<void(std::exception_ptr)> settle) {
-    send(true, [answer = m_Answer, result = std::move(result), settle = std::move(settle)](const Ready& ready) {
-        settle(failureOf([&] { answer.read(*result, ready); }));
+void Operation::read(std::shared_ptr<model::Model> (*make)(),
+                     std::function<void(std::shared_ptr<model::Model>, std::exception_ptr)> settle) {
+    send(Wanted::Text, [make, settle = std::move(settle)](const Answer& answer, const Ready& ready) {
+        std::shared_ptr<model::Model> result;
+        auto failure = failureOf([&] { result = answer.read(make, ready); });
+        settle(std::move(result), std::move(failure));
     });
 }
 
-pplx::task<model::HttpContent> Operation::yieldContent() {
+pplx::task<model::HttpContent> Operation::yieldContent(Describe describe) {
     Settlement<model::HttpContent> settlement;
-    send(true, [answer = m_Answer, settlement](const Ready& ready) {
+    send(Wanted::Download, [settlement, describe](const Answer& answer, const Ready& ready) {
         model::HttpContent content;
-        auto failure = failureOf([&] { content.setData(model::detail::streamOf(answer.body(ready))); });
+        auto failure = failureOf([&] {
+            content.setData(answer.download(ready));
+            if (describe != nullptr) {
+                describe(content, **answer.arrived);
+            }
+        });
         failure ? settlement.fail(std::move(failure)) : settlement.fulfil(std::move(content));
     });
     return settlement.task();
@@ -275,7 +349,7 @@ pplx::task<model::HttpContent> Operation::yieldContent() {
 
 pplx::task<void> Operation::yieldNothing() {
     Settlement<void> settlement;
-    send(false, [answer = m_Answer, settlement](const Ready& ready) {
+    send(Wanted::Nothing, [settlement](const Answer& answer, const Ready& ready) {
         auto failure = failureOf([&] { answer.check(ready); });
         failure ? settlement.fail(std::move(failure)) : settlement.fulfil();
     });
@@ -315,12 +389,5 @@ Operation Resource::belowIssue(const Client& client, const char* name, const uti
                          .fill(_XPLATSTR("issueClass"), issueClass)
                          .fill(_XPLATSTR("issueId"), issueId));
 }
-
-ResourceApi::ResourceApi(std::shared_ptr<ApiClient> client) : m_ApiClient(std::move(client)) {
-    model::detail::required(m_ApiClient, "the client of the API object");
-}
-ResourceApi::ResourceApi(const ResourceApi&) = default;
-ResourceApi& ResourceApi::operator=(const ResourceApi&) = default;
-ResourceApi::~ResourceApi() = default;
 
 } // namespace VarnelAPI::Forms::api::detail

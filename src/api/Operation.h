@@ -1,11 +1,12 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Model.h>
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ApiClient.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
+#include <VarnelAPI/Forms/model/Model.h>
 
+#include "Observe.h"
 #include "model/MediaTypes.h"
-
-#include <cpprest/http_msg.h>
+#include "transport/CallControl.h"
 
 #include <functional>
 #include <optional>
@@ -33,23 +34,36 @@ struct Answer {
     Arrived arrived;
     /// Whether the HTTP library decodes encoded bodies, whose Content-Length is then another.
     bool isDecoded = false;
+    transport::detail::Effect effect = transport::detail::Effect::Changes;
+    /// An empty pointer where the call has no wishes.
+    std::shared_ptr<transport::detail::CallControl> control;
 
     /// Whether the status and the type are as the operation expects them.
     bool isExpected() const;
 
     /// Throws unless the call went as the operation expects. `ready` is the finished task that waited for the body.
-    /// @throws ApiException for a failed status or an unexpected type; else whatever broke the transfer.
+    /// @throws ApiException for a failed status or an unexpected type; else whatever broke the transfer, as it is.
     void check(const pplx::task<web::http::http_response>& ready) const;
 
     /// The body of a response that passes that check.
     std::string body(const pplx::task<web::http::http_response>& ready) const;
 
-    /// Fills `result` from the JSON of such a body.
-    void read(model::detail::Model& result, const pplx::task<web::http::http_response>& ready) const;
+    /// The same, or, where it was saved, a stream of what is there.
+    std::shared_ptr<std::istream> download(const pplx::task<web::http::http_response>& ready) const;
+
+    /// A model that `make` made, filled from the JSON of such a body.
+    std::shared_ptr<model::Model> read(std::shared_ptr<model::Model> (*make)(),
+                                       const pplx::task<web::http::http_response>& ready) const;
+
+private:
+    /// Whether it was deleted by an attempt whose answer was lost.
+    bool isGone() const;
+    [[noreturn]] void fail(web::http::status_code code, const utility::string_t& reason,
+                           std::shared_ptr<std::istream> content) const;
+    void requireWhole(std::size_t size) const;
 };
 
-/// The waiting end of a call: what its last continuation settles. A task that the caller dropped must not bring the
-/// process down, as the task library would when nobody ever looks at a failure; so a failure is looked at here.
+/// The waiting end of a call: what its last continuation settles.
 template <class Result>
 class Settlement {
 public:
@@ -61,17 +75,17 @@ public:
     }
     void fail(std::exception_ptr failure) const {
         m_Event.set_exception(std::move(failure));
-        try {
-            m_Task.get();
-        } catch (...) {
-            // It is the caller's, who has the same task.
-        }
+        observe(m_Task);
     }
 
 private:
     pplx::task_completion_event<Result> m_Event;
     pplx::task<Result> m_Task{m_Event};
 };
+
+/// The media type of a request, chosen from those that the operation consumes; JSON if it names none.
+/// @throws ApiException 415 if none of them can be sent.
+utility::string_t requestType(const std::string& operation, const std::set<utility::string_t>& consumed);
 
 /// One call: the whole recipe from typed arguments to the typed result. It lives until the request is sent; what
 /// comes after is in the continuations.
@@ -82,8 +96,8 @@ public:
               const utility::string_t& method, const utility::string_t& path);
 
     /// Replaces "{placeholder}" by the value as it stands: a caller percent-encodes what needs it. Placeholders are
-    /// filled from left to right, and nothing in a value is one: with its braces it is no path. Without one of that
-    /// name, nothing happens.
+    /// filled from left to right, and nothing in a value is one: with its braces it is no path.
+    /// @throws std::logic_error if there is no placeholder of that name after those filled before.
     /// @throws std::invalid_argument for a value that would silently address something else: one that holds "?" or
     ///     "#", or has a segment "." or "..".
     Operation& fill(const utility::char_t* placeholder, const utility::string_t& value);
@@ -95,38 +109,46 @@ public:
     /// The media types of the response, and of the request, to choose from; unless said otherwise JSON.
     Operation& produces(const std::set<utility::string_t>& types);
     Operation& consumes(const std::set<utility::string_t>& types);
-    /// The instance to send; null, as JSON null.
-    Operation& body(std::shared_ptr<model::ModelBase> instance);
+    /// The instance to send; null, as JSON null. `described` is the same, if its class describes what is sent.
+    Operation& body(const std::shared_ptr<model::ModelBase>& instance, const model::Model* described);
     /// A body that is not a model, and its media type.
     Operation& body(std::shared_ptr<model::IHttpBody> body, const utility::string_t& contentType);
     template <class Instance>
     Operation& body(const Body<Instance>& instance) {
-        return body(std::shared_ptr<model::ModelBase>(instance.value_or(nullptr)));
+        const auto model = instance.value_or(nullptr);
+        return body(model, model::detail::asDescribed(model));
     }
 
     /// Sends the request; the task yields the JSON of the response as a model.
     template <class Result>
     ModelTask<Result> yieldModel() {
-        auto result = std::make_shared<Result>();
         Settlement<std::shared_ptr<Result>> settlement;
-        read(result, [result, settlement](std::exception_ptr failure) {
-            failure ? settlement.fail(std::move(failure)) : settlement.fulfil(result);
-        });
+        read([]() -> std::shared_ptr<model::Model> { return std::make_shared<Result>(); },
+             [settlement](std::shared_ptr<model::Model> result, std::exception_ptr failure) {
+                 failure ? settlement.fail(std::move(failure))
+                         : settlement.fulfil(std::static_pointer_cast<Result>(std::move(result)));
+             });
         return settlement.task();
     }
-    /// Sends the request; the task yields the response's bytes.
-    pplx::task<model::HttpContent> yieldContent();
+    /// Sends the request; the task yields the response's bytes, and what `describe` learns from its headers.
+    using Describe = void (*)(model::HttpContent& content, const web::http::http_response& response);
+    pplx::task<model::HttpContent> yieldContent(Describe describe = nullptr);
     /// Sends the request; the task yields nothing but the end of a call that went well.
     pplx::task<void> yieldNothing();
 
 private:
     using Ready = pplx::task<web::http::http_response>;
+    using Finish = std::function<void(const Answer&, const Ready&)>;
+
+    /// What becomes of the body of an answer that is as the operation expects it.
+    enum class Wanted { Nothing, Text, Download };
 
     /// Sends the request, keeps the response for the answer, and waits for its body if that is wanted, or is needed
     /// for an error. Then calls `finish`, which must not throw, with the finished task that waited.
-    void send(bool wantsBody, std::function<void(const Ready&)> finish);
-    /// Sends the request, fills `result`, and calls `settle` with the failure or null.
-    void read(std::shared_ptr<model::detail::Model> result, std::function<void(std::exception_ptr)> settle);
+    void send(Wanted wanted, Finish finish);
+    /// Sends the request, fills a model that `make` makes, and calls `settle` with it, or with the failure.
+    void read(std::shared_ptr<model::Model> (*make)(),
+              std::function<void(std::shared_ptr<model::Model>, std::exception_ptr)> settle);
 
     std::shared_ptr<ApiClient> m_Client;
     std::string m_Name;
@@ -165,6 +187,8 @@ public:
     ModelTask<Instances> selectBelowIssue(const Client& client, const char* name, const utility::string_t& location,
                                           const utility::string_t& issueClass, const utility::string_t& issueId,
                                           const SelectOptions& options) const {
+        // An empty location alone keeps an insert below its issue, so `belowIssue` doesn't look at it; an empty class
+        // makes it take the flat path.
         return belowIssue(client, name, web::http::methods::GET, location,
                           location.empty() ? utility::string_t() : issueClass, issueId)
             .options(options)
@@ -194,10 +218,11 @@ public:
         return onInstance(client, name, web::http::methods::DEL, location, instanceId).yieldNothing();
     }
     pplx::task<model::HttpContent> download(const Client& client, const char* name, const utility::string_t& location,
-                                            const utility::string_t& instanceId) const {
+                                            const utility::string_t& instanceId,
+                                            Operation::Describe describe = nullptr) const {
         return onInstance(client, name, web::http::methods::GET, location, instanceId, _XPLATSTR("$file"))
             .produces({model::detail::binaryType})
-            .yieldContent();
+            .yieldContent(describe);
     }
 
     /// @name The parts of those shapes, for operations that differ

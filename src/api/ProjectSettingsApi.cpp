@@ -14,29 +14,28 @@ ProjectSettingsApi::delete_PlexumProjectSettings_instanceId(const utility::strin
     return projectSettings.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::PlexumProjectSettingsInstance> ProjectSettingsApi::get_PlexumProjectSettings_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::PlexumProjectSettingsInstance> ProjectSettingsApi::get_PlexumProjectSettings_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return projectSettings.get<model::PlexumProjectSettingsInstance>(m_ApiClient, __func__, location, instanceId,
                                                                      select);
 }
 
-detail::ModelTask<model::PlexumProjectSettingsChangedInstance>
+ModelTask<model::PlexumProjectSettingsChangedInstance>
 ProjectSettingsApi::insert_PlexumProjectSettings(const utility::string_t& location,
-                                                 const detail::Body<model::PlexumProjectSettingsInstance>& body) const {
+                                                 const Body<model::PlexumProjectSettingsInstance>& body) const {
     return projectSettings.insert<model::PlexumProjectSettingsChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::PlexumProjectSettingsInstances> ProjectSettingsApi::select_PlexumProjectSettings(
-    const utility::string_t& location, const detail::TextOption& filter, const detail::TextOption& select,
-    const detail::TextOption& orderby, const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-    const detail::NumberOption& top) const {
+ModelTask<model::PlexumProjectSettingsInstances> ProjectSettingsApi::select_PlexumProjectSettings(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return projectSettings.select<model::PlexumProjectSettingsInstances>(
         m_ApiClient, __func__, location, {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::PlexumProjectSettingsChangedInstance>
+ModelTask<model::PlexumProjectSettingsChangedInstance>
 ProjectSettingsApi::update_PlexumProjectSettings(const utility::string_t& location, const utility::string_t& instanceId,
-                                                 const detail::Body<model::PlexumProjectSettingsInstance>& body) const {
+                                                 const Body<model::PlexumProjectSettingsInstance>& body) const {
     return projectSettings.update<model::PlexumProjectSettingsChangedInstance>(m_ApiClient, __func__, location,
                                                                                instanceId, body);
 }

@@ -14,17 +14,15 @@ RendererApi::fILEGET_PlexumRenderer_instanceId(const utility::string_t& location
     return renderers.download(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::PlexumRendererInstance>
-RendererApi::get_PlexumRenderer_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                           const detail::TextOption& select) const {
+ModelTask<model::PlexumRendererInstance> RendererApi::get_PlexumRenderer_instanceId(const utility::string_t& location,
+                                                                                    const utility::string_t& instanceId,
+                                                                                    const TextOption& select) const {
     return renderers.get<model::PlexumRendererInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::PlexumRendererInstances>
-RendererApi::select_PlexumRenderer(const utility::string_t& location, const detail::TextOption& filter,
-                                   const detail::TextOption& select, const detail::TextOption& orderby,
-                                   const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                   const detail::NumberOption& top) const {
+ModelTask<model::PlexumRendererInstances> RendererApi::select_PlexumRenderer(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return renderers.select<model::PlexumRendererInstances>(m_ApiClient, __func__, location,
                                                             {filter, select, orderby, filtersettings, skip, top});
 }

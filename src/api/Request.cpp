@@ -2,10 +2,14 @@
 
 #include <VarnelAPI/Forms/api/ApiException.h>
 #include <VarnelAPI/Forms/model/ModelBase.h>
+#include <VarnelAPI/Forms/model/StreamBody.h>
 
 #include "model/Conversion.h"
 #include "model/MediaTypes.h"
 #include "model/Streams.h"
+#include "model/TextBody.h"
+#include "transport/BodySource.h"
+#include "transport/ContentLength.h"
 
 #include <cpprest/containerstream.h>
 
@@ -17,6 +21,7 @@ using model::MultipartFormData;
 using model::detail::jsonType;
 using model::detail::multipartType;
 using model::detail::refuseControlCharacters;
+using transport::detail::Call;
 using utility::conversions::to_utf8string;
 
 namespace {
@@ -43,6 +48,9 @@ void refuseHeader(const utility::string_t& name, const utility::string_t& value)
     if (name.empty() || name.find_first_of(_XPLATSTR(" \t:")) != utility::string_t::npos) {
         throw std::invalid_argument("the name of " + header + " is not one word");
     }
+    if (utility::details::str_iequal(name, web::http::header_names::transfer_encoding)) {
+        throw std::invalid_argument(header + " follows from the body");
+    }
 }
 
 /// More than one word would change the request line, and none would leave the server guessing.
@@ -53,18 +61,34 @@ void refuseMethod(const utility::string_t& method) {
     }
 }
 
-/// These say how long the body is. The HTTP library would believe them, and wait for, or crash on, a body that is not
-/// there.
-void refuseFraming(const utility::string_t& name) {
-    using web::http::header_names;
-    if (utility::details::str_iequal(name, header_names::content_length) ||
-        utility::details::str_iequal(name, header_names::transfer_encoding)) {
-        throw std::invalid_argument("the header \"" + to_utf8string(name) + "\" follows from the body");
+/// What may be repeated follows from the method: all operations that read are a GET, and those that delete a DELETE.
+transport::detail::Effect effectOf(const utility::string_t& method) {
+    using transport::detail::Effect;
+    using web::http::methods;
+    const bool reads = method == methods::GET || method == methods::HEAD || method == methods::OPTIONS;
+    return reads ? Effect::Reads : method == methods::DEL ? Effect::Deletes : Effect::Changes;
+}
+
+bool isContentLength(const utility::string_t& header) {
+    return utility::details::str_iequal(header, web::http::header_names::content_length);
+}
+
+/// The length follows from the body. The HTTP library would believe another one, and wait for, or crash on, a body that
+/// is not there.
+void refuseOtherLengths(const Parameters& headers, std::size_t size) {
+    for (const auto& [name, value] : headers) {
+        if (isContentLength(name) && !transport::detail::isLength(value, size)) {
+            throw std::invalid_argument("the header \"" + to_utf8string(name) + "\" says \"" + to_utf8string(value) +
+                                        "\", and the body's length is " + std::to_string(size));
+        }
     }
 }
 
 /// The body's whole text. A multipart body is written into one block of its final size.
 std::string bytesOf(IHttpBody& body) {
+    if (auto* text = dynamic_cast<model::detail::TextBody*>(&body)) {
+        return text->take();
+    }
     std::string bytes;
     if (const auto* multipart = dynamic_cast<const MultipartFormData*>(&body)) {
         bytes.reserve(multipart->size());
@@ -77,6 +101,10 @@ std::string bytesOf(IHttpBody& body) {
 }
 
 void setBody(web::http::http_request& request, IHttpBody& body, const utility::string_t& contentType) {
+    if (const auto* stream = dynamic_cast<const model::StreamBody*>(&body)) {
+        request.set_body(transport::detail::bodyOf(stream->getStream()), stream->getSize(), contentType);
+        return;
+    }
     std::string bytes = bytesOf(body);
     const std::size_t size = bytes.size();
     request.set_body(concurrency::streams::bytestream::open_istream(std::move(bytes)), size, contentType);
@@ -140,12 +168,18 @@ Call makeCall(const std::shared_ptr<ApiConfiguration>& configuration, const util
     refuseControlCharacters(path, "the path");
     refuseHeader(header_names::content_type, contentType);
 
-    Call call{makeClient(*configuration), {}};
+    Call call;
+    call.transport = configuration->getTransport() ? configuration->getTransport() : transport::freshConnections();
+    call.base = transport::detail::serviceAddress(configuration->getBaseUrl());
+    call.settings = configuration->getHttpConfig();
+    call.maxRedirects = call.settings.max_redirects();
+    call.settings.set_max_redirects(0);
     web::http::http_request& request = call.request;
     for (const auto& [name, value] : headerParams) {
         refuseHeader(name, value);
-        refuseFraming(name);
-        request.headers().add(name, value);
+        if (!isContentLength(name)) {
+            request.headers().add(name, value);
+        }
     }
     if (postBody) {
         setBody(request, *postBody, contentType);
@@ -154,14 +188,21 @@ Call makeCall(const std::shared_ptr<ApiConfiguration>& configuration, const util
     } else if (!formParams.empty()) {
         contentType == jsonType ? setJsonForm(request, formParams) : setUrlencodedForm(request, formParams);
     }
+    refuseOtherLengths(headerParams, static_cast<std::size_t>(request.headers().content_length()));
     request.set_request_uri(requestUri(path, queryParams));
     request.set_method(method);
+    call.effect = effectOf(method);
     if (!request.headers().has(header_names::user_agent)) {
         const utility::string_t userAgent = configuration->getUserAgent();
         refuseHeader(header_names::user_agent, userAgent);
         request.headers().add(header_names::user_agent, userAgent);
     }
     return call;
+}
+
+std::shared_ptr<transport::detail::CallControl>
+controlOf(const std::shared_ptr<const transport::CallOptions>& options) {
+    return options ? transport::detail::CallControl::forWishes(transport::detail::wishesOf(*options)) : nullptr;
 }
 
 } // namespace VarnelAPI::Forms::api::detail

@@ -1,7 +1,5 @@
 #include "ResponseText.h"
 
-#include <cpprest/asyncrt_utils.h>
-
 #include <stdexcept>
 
 namespace VarnelAPI::Forms::api::detail {
@@ -43,6 +41,11 @@ utility::string_t decodeUtf16(const std::string& bytes, bool bigEndian) {
 }
 
 } // namespace
+
+bool isUtf8(const utility::string_t& contentType) {
+    const utility::string_t charset = charsetOf(contentType);
+    return charset.empty() || utility::details::str_iequal(charset, _XPLATSTR("utf-8"));
+}
 
 utility::string_t decodeText(std::string bytes, const utility::string_t& contentType) {
     const utility::string_t charset = charsetOf(contentType);

@@ -13,30 +13,29 @@ pplx::task<void> SchemaApi::delete_SchemasSchema_instanceId(const utility::strin
     return schemas.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::SchemasSchemaInstance>
-SchemaApi::get_SchemasSchema_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                        const detail::TextOption& select) const {
+ModelTask<model::SchemasSchemaInstance> SchemaApi::get_SchemasSchema_instanceId(const utility::string_t& location,
+                                                                                const utility::string_t& instanceId,
+                                                                                const TextOption& select) const {
     return schemas.get<model::SchemasSchemaInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::SchemasSchemaChangedInstance>
+ModelTask<model::SchemasSchemaChangedInstance>
 SchemaApi::insert_SchemasSchema(const utility::string_t& location,
-                                const detail::Body<model::SchemasSchemaInstance>& body) const {
+                                const Body<model::SchemasSchemaInstance>& body) const {
     return schemas.insert<model::SchemasSchemaChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::SchemasSchemaInstances>
-SchemaApi::select_SchemasSchema(const utility::string_t& location, const detail::TextOption& filter,
-                                const detail::TextOption& select, const detail::TextOption& orderby,
-                                const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                                const detail::NumberOption& top) const {
+ModelTask<model::SchemasSchemaInstances>
+SchemaApi::select_SchemasSchema(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                                const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                                const NumberOption& top) const {
     return schemas.select<model::SchemasSchemaInstances>(m_ApiClient, __func__, location,
                                                          {filter, select, orderby, filtersettings, skip, top});
 }
 
-detail::ModelTask<model::SchemasSchemaChangedInstance>
+ModelTask<model::SchemasSchemaChangedInstance>
 SchemaApi::update_SchemasSchema(const utility::string_t& location, const utility::string_t& instanceId,
-                                const detail::Body<model::SchemasSchemaInstance>& body) const {
+                                const Body<model::SchemasSchemaInstance>& body) const {
     return schemas.update<model::SchemasSchemaChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

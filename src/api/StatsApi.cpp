@@ -8,17 +8,16 @@ namespace {
 constexpr detail::Resource stats("StatsApi", _XPLATSTR("Plexum/Stats"));
 } // namespace
 
-detail::ModelTask<model::PlexumStatsInstance>
-StatsApi::get_PlexumStats_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                     const detail::TextOption& select) const {
+ModelTask<model::PlexumStatsInstance> StatsApi::get_PlexumStats_instanceId(const utility::string_t& location,
+                                                                           const utility::string_t& instanceId,
+                                                                           const TextOption& select) const {
     return stats.get<model::PlexumStatsInstance>(m_ApiClient, __func__, location, instanceId, select);
 }
 
-detail::ModelTask<model::PlexumStatsInstances>
-StatsApi::select_PlexumStats(const utility::string_t& location, const detail::TextOption& filter,
-                             const detail::TextOption& select, const detail::TextOption& orderby,
-                             const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-                             const detail::NumberOption& top) const {
+ModelTask<model::PlexumStatsInstances>
+StatsApi::select_PlexumStats(const utility::string_t& location, const TextOption& filter, const TextOption& select,
+                             const TextOption& orderby, const TextOption& filtersettings, const NumberOption& skip,
+                             const NumberOption& top) const {
     return stats.select<model::PlexumStatsInstances>(m_ApiClient, __func__, location,
                                                      {filter, select, orderby, filtersettings, skip, top});
 }

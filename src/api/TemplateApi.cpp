@@ -8,9 +8,9 @@ namespace {
 constexpr detail::Resource templates("TemplateApi", _XPLATSTR("Plexum/Template"));
 } // namespace
 
-detail::ModelTask<model::PlexumTemplateChangedInstance>
+ModelTask<model::PlexumTemplateChangedInstance>
 TemplateApi::update_PlexumTemplate(const utility::string_t& location, const utility::string_t& instanceId,
-                                   const detail::Body<model::PlexumTemplateInstance>& body) const {
+                                   const Body<model::PlexumTemplateInstance>& body) const {
     return templates.update<model::PlexumTemplateChangedInstance>(m_ApiClient, __func__, location, instanceId, body);
 }
 

@@ -14,31 +14,30 @@ WorkflowDefinitionApi::delete_WorkflowDefinition_instanceId(const utility::strin
     return workflowDefinitions.remove(m_ApiClient, __func__, location, instanceId);
 }
 
-detail::ModelTask<model::WorkflowDefinitionInstance> WorkflowDefinitionApi::get_WorkflowDefinition_instanceId(
-    const utility::string_t& location, const utility::string_t& instanceId, const detail::TextOption& select) const {
+ModelTask<model::WorkflowDefinitionInstance> WorkflowDefinitionApi::get_WorkflowDefinition_instanceId(
+    const utility::string_t& location, const utility::string_t& instanceId, const TextOption& select) const {
     return workflowDefinitions.get<model::WorkflowDefinitionInstance>(m_ApiClient, __func__, location, instanceId,
                                                                       select);
 }
 
-detail::ModelTask<model::WorkflowDefinitionChangedInstance>
+ModelTask<model::WorkflowDefinitionChangedInstance>
 WorkflowDefinitionApi::insert_WorkflowDefinition(const utility::string_t& location,
-                                                 const detail::Body<model::WorkflowDefinitionInstance>& body) const {
+                                                 const Body<model::WorkflowDefinitionInstance>& body) const {
     return workflowDefinitions.insert<model::WorkflowDefinitionChangedInstance>(m_ApiClient, __func__, location, body);
 }
 
-detail::ModelTask<model::WorkflowDefinitionInstances> WorkflowDefinitionApi::select_WorkflowDefinition(
-    const utility::string_t& location, const detail::TextOption& filter, const detail::TextOption& select,
-    const detail::TextOption& orderby, const detail::TextOption& filtersettings, const detail::NumberOption& skip,
-    const detail::NumberOption& top) const {
+ModelTask<model::WorkflowDefinitionInstances> WorkflowDefinitionApi::select_WorkflowDefinition(
+    const utility::string_t& location, const TextOption& filter, const TextOption& select, const TextOption& orderby,
+    const TextOption& filtersettings, const NumberOption& skip, const NumberOption& top) const {
     return workflowDefinitions.onClass(m_ApiClient, __func__, web::http::methods::GET, location)
-        .query(_XPLATSTR("definitionFormat"), detail::TextOption(_XPLATSTR("json")))
+        .query(_XPLATSTR("definitionFormat"), TextOption(_XPLATSTR("json")))
         .options({filter, select, orderby, filtersettings, skip, top})
         .yieldModel<model::WorkflowDefinitionInstances>();
 }
 
-detail::ModelTask<model::WorkflowDefinitionChangedInstance>
+ModelTask<model::WorkflowDefinitionChangedInstance>
 WorkflowDefinitionApi::update_WorkflowDefinition(const utility::string_t& location, const utility::string_t& instanceId,
-                                                 const detail::Body<model::WorkflowDefinitionInstance>& body) const {
+                                                 const Body<model::WorkflowDefinitionInstance>& body) const {
     return workflowDefinitions.update<model::WorkflowDefinitionChangedInstance>(m_ApiClient, __func__, location,
                                                                                 instanceId, body);
 }

@@ -2,8 +2,6 @@
 
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
 
-#include <cpprest/json.h>
-
 #include <stdexcept>
 #include <string>
 
@@ -19,6 +17,12 @@ const Pointer& required(const Pointer& pointer, const char* what) {
     return pointer;
 }
 
+/// The text of a literal; a null pointer, of which a text would be undefined behaviour, is std::invalid_argument that
+/// names what is missing.
+inline utility::string_t textOf(const utility::char_t* literal, const char* what = "the text") {
+    return required(literal, what);
+}
+
 /// The data stream of a content, or std::invalid_argument that names the content.
 std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& content);
 
@@ -30,8 +34,8 @@ std::string requiredBytes(const std::shared_ptr<HttpContent>& content);
 void refuseControlCharacters(const utility::string_t& text, const std::string& what);
 
 /// The date as everything that is sent has it.
-/// @throws std::out_of_range after 9999-12-31T23:59:59Z: the HTTP library refuses some of these dates, and makes others
-///     of the rest.
+/// @throws std::out_of_range after 9999-12-31T23:59:59.999Z: the HTTP library refuses some of these dates, and makes
+///     others of the rest.
 utility::string_t dateText(const utility::datetime& date);
 
 /// The working prefix of part names: as given, ended by "." unless it is empty or ends in one.

@@ -35,8 +35,8 @@ void addPart(const std::shared_ptr<MultipartFormData>& multipart, const utility:
 }
 
 template <class Element>
-Element& elementAt(std::vector<Element>& elements, int i, [[maybe_unused]] bool isType) {
-    assert(isType && i >= 0 && static_cast<std::size_t>(i) < elements.size());
+Element& elementAt(std::vector<Element>& elements, int i) {
+    assert(i >= 0 && static_cast<std::size_t>(i) < elements.size());
     return elements[static_cast<std::size_t>(i)];
 }
 
@@ -150,23 +150,23 @@ void DynamicSchemaArrayWithCustomProps::remove(int i) {
 }
 
 int& DynamicSchemaArrayWithCustomProps::getInt(int i) {
-    return elementAt(m_Integers, i, m_Type == Type::Integer);
+    return elementAt(m_Integers, i);
 }
 
 double& DynamicSchemaArrayWithCustomProps::getDouble(int i) {
-    return elementAt(m_Doubles, i, m_Type == Type::Double);
+    return elementAt(m_Doubles, i);
 }
 
 uint8_t& DynamicSchemaArrayWithCustomProps::getBool(int i) {
-    return elementAt(m_Booleans, i, m_Type == Type::Boolean);
+    return elementAt(m_Booleans, i);
 }
 
 utility::string_t& DynamicSchemaArrayWithCustomProps::getStr(int i) {
-    return elementAt(m_Strings, i, m_Type == Type::String);
+    return elementAt(m_Strings, i);
 }
 
 DynamicSchemaClassWithCustomProps& DynamicSchemaArrayWithCustomProps::getObj(int i) {
-    return elementAt(m_Objects, i, m_Type == Type::Object);
+    return elementAt(m_Objects, i);
 }
 
 void DynamicSchemaArrayWithCustomProps::setInt(int i, int value) {

@@ -3,44 +3,44 @@
 namespace VarnelAPI::Forms::model {
 
 VARNEL_FORMS_DESCRIBE(DynamicSchemaBaseClass) {
-    visit(_XPLATSTR("KeldaroServer"), m_KeldaroServer);
-    visit(_XPLATSTR("KeldaroObjectId"), m_KeldaroObjectId);
-    visit(_XPLATSTR("KeldaroLink"), m_KeldaroLink);
-    visit(_XPLATSTR("_Subject"), m_Subject);
-    visit(_XPLATSTR("_Description"), m_Description);
-    visit(_XPLATSTR("_DisplayName"), m_DisplayName);
-    visit(_XPLATSTR("Latitude"), m_Latitude);
-    visit(_XPLATSTR("Longitude"), m_Longitude);
-    visit(_XPLATSTR("GPSLocation"), m_GPSLocation);
-    visit(_XPLATSTR("Status"), m_Status);
-    visit(_XPLATSTR("Closed"), m_Closed);
-    visit(_XPLATSTR("AssignedTo"), m_AssignedTo);
-    visit(_XPLATSTR("AssignedToId"), m_AssignedToId);
-    visit(_XPLATSTR("_Discipline"), m_Discipline);
-    visit(_XPLATSTR("_Classification"), m_Classification);
-    visit(_XPLATSTR("_Source"), m_Source);
-    visit(_XPLATSTR("_ContainerId"), m_ContainerId);
-    visit(_XPLATSTR("_ItemId"), m_ItemId);
-    visit(_XPLATSTR("_BackContainerUrl"), m_BackContainerUrl);
-    visit(_XPLATSTR("_BackItemUrl"), m_BackItemUrl);
-    visit.nullable(_XPLATSTR("_CreatedDate"), m_CreatedDate);
-    visit(_XPLATSTR("_CreatedBy"), m_CreatedBy);
-    visit.nullable(_XPLATSTR("_ModifiedDate"), m_ModifiedDate);
-    visit(_XPLATSTR("_ModifiedBy"), m_ModifiedBy);
-    visit.nullable(_XPLATSTR("_DueDate"), m_DueDate);
-    visit(_XPLATSTR("_IdNumber"), m_IdNumber);
-    visit(_XPLATSTR("BBoxLowElement"), m_BBoxLowElement);
-    visit(_XPLATSTR("BBoxHighElement"), m_BBoxHighElement);
-    visit(_XPLATSTR("Priority"), m_Priority);
-    visit(_XPLATSTR("Type"), m_Type);
-    visit(_XPLATSTR("_ModelPinLocation"), m_ModelPinLocation);
-    visit.nullable(_XPLATSTR("_ModelEventDateTime"), m_ModelEventDateTime);
-    visit.asText(_XPLATSTR("_ModelViewDefinition"), m_ModelViewDefinition);
+    visit(m_KeldaroServer);
+    visit(m_KeldaroObjectId);
+    visit(m_KeldaroLink);
+    visit(m_Subject);
+    visit(m_Description);
+    visit(m_DisplayName);
+    visit(m_Latitude);
+    visit(m_Longitude);
+    visit(m_GPSLocation);
+    visit(m_Status);
+    visit(m_Closed);
+    visit(m_AssignedTo);
+    visit(m_AssignedToId);
+    visit(m_Discipline);
+    visit(m_Classification);
+    visit(m_Source);
+    visit(m_ContainerId);
+    visit(m_ItemId);
+    visit(m_BackContainerUrl);
+    visit(m_BackItemUrl);
+    visit.nullable(m_CreatedDate);
+    visit(m_CreatedBy);
+    visit.nullable(m_ModifiedDate);
+    visit(m_ModifiedBy);
+    visit.nullable(m_DueDate);
+    visit(m_IdNumber);
+    visit(m_BBoxLowElement);
+    visit(m_BBoxHighElement);
+    visit(m_Priority);
+    visit(m_Type);
+    visit(m_ModelPinLocation);
+    visit.nullable(m_ModelEventDateTime);
+    visit.asText(m_ModelViewDefinition);
 }
 
 VARNEL_FORMS_DESCRIBE(DynamicSchemaBaseClassInstanceContent) {
     InstanceContentOf::describe(visit);
-    visit(_XPLATSTR("relationshipInstances"), m_RelationshipInstances);
+    visit(m_RelationshipInstances);
 }
 
 bool DynamicSchemaBaseClass::getCustomProp(utility::string_t& out, const utility::string_t& name) const {

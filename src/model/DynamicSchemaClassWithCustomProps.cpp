@@ -106,7 +106,7 @@ void DynamicSchemaClassWithCustomProps::setCustomProp(const utility::string_t& n
 }
 
 void DynamicSchemaClassWithCustomProps::setCustomProp(const utility::string_t& name, const utility::char_t* value) {
-    m_Strings[name] = detail::required(value, "the text");
+    setCustomProp(name, detail::textOf(value));
 }
 
 void DynamicSchemaClassWithCustomProps::setCustomProp(const utility::string_t& name, int value) {

@@ -1,11 +1,11 @@
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
-namespace VarnelAPI::Forms::model::detail {
+namespace VarnelAPI::Forms::model {
 
 VARNEL_FORMS_DESCRIBE(InstanceCountProperties) {
-    visit(_XPLATSTR("ECSchemaName"), m_ECSchemaName);
-    visit(_XPLATSTR("ECClassName"), m_ECClassName);
-    visit(_XPLATSTR("count"), m_Count);
+    visit(m_ECSchemaName);
+    visit(m_ECClassName);
+    visit(m_Count);
 }
 
-} // namespace VarnelAPI::Forms::model::detail
+} // namespace VarnelAPI::Forms::model

@@ -48,7 +48,9 @@ void HttpContent::setData(std::shared_ptr<std::istream> value) {
 }
 
 void HttpContent::writeTo(std::ostream& stream) {
-    detail::copyAll(*detail::required(m_Data, "the content's data"), stream);
+    // By the getter, which a class of the caller's own may have overridden.
+    const auto data = getData();
+    detail::copyAll(*detail::required(data, "the content's data"), stream);
 }
 
 } // namespace VarnelAPI::Forms::model

@@ -1,63 +1,52 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/PropertyVisitor.h>
+#include <VarnelAPI/Forms/model/PropertyVisitor.h>
 
-#include <algorithm>
 #include <vector>
 
 namespace VarnelAPI::Forms::model::detail {
 
-/// A class's keys, sorted, each with its place in the declaration order.
+/// A class's keys, each with its place in the declaration order: a hash table that is never full, since it is asked for
+/// each member of each object that is read.
 class KeyIndex {
 public:
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
-    /// `keys` are those of a `describe`, in its order: literals, so that they need no copy.
-    explicit KeyIndex(const std::vector<Key>& keys) {
-        for (const Key key : keys) {
-            m_Sorted.push_back({key, m_Sorted.size()});
+    /// `keys` are those of a `describe`, in its order: literals, so that they need no copy, and none of them empty.
+    explicit KeyIndex(const std::vector<Key>& keys) : m_Size(keys.size()), m_Slots(32) {
+        while (m_Slots.size() < 4 * m_Size) {
+            m_Slots.resize(2 * m_Slots.size());
         }
-        std::sort(m_Sorted.begin(), m_Sorted.end(), [](const Entry& a, const Entry& b) { return a.key < b.key; });
+        for (std::size_t place = 0; place != m_Size; ++place) {
+            m_Slots[slotOf(keys[place])] = {keys[place], place};
+        }
     }
 
-    std::size_t size() const { return m_Sorted.size(); }
+    std::size_t size() const { return m_Size; }
 
     /// The place of `key` in the declaration order, or `npos`.
-    std::size_t placeOf(Key key) const {
-        std::size_t cursor = 0;
-        return placeOf(key, cursor);
-    }
-
-    /// The same, for one key after the other of an object: `cursor` begins at 0. The members of a parsed object are
-    /// sorted, so that the two lists run side by side; a key out of order, or repeated, is found too, by search.
-    std::size_t placeOf(Key key, std::size_t& cursor) const {
-        const std::size_t begin = cursor;
-        while (cursor != m_Sorted.size()) {
-            const int order = m_Sorted[cursor].key.compare(key);
-            if (order == 0) {
-                return m_Sorted[cursor++].place;
-            }
-            if (order > 0) {
-                break;
-            }
-            ++cursor;
-        }
-        // Past smaller keys only: what was passed before may still be it, unless something was passed just now.
-        if (cursor == begin && cursor != 0 && key <= m_Sorted[cursor - 1].key) {
-            const auto found = std::lower_bound(m_Sorted.begin(), m_Sorted.end(), key,
-                                                [](const Entry& entry, Key wanted) { return entry.key < wanted; });
-            cursor = static_cast<std::size_t>(found - m_Sorted.begin());
-            return found->key == key ? m_Sorted[cursor++].place : npos;
-        }
-        return npos;
-    }
+    std::size_t placeOf(Key key) const { return key.empty() ? npos : m_Slots[slotOf(key)].place; }
 
 private:
-    struct Entry {
+    struct Slot {
         Key key;
-        std::size_t place;
+        std::size_t place = npos;
     };
-    std::vector<Entry> m_Sorted;
+
+    /// The slot of a key, or the free one where it would be.
+    std::size_t slotOf(Key key) const {
+        const std::size_t size = key.size();
+        const auto at = [key](std::size_t i) { return static_cast<std::size_t>(key[i]); };
+        // The keys of a class differ in these. They are no secret: whoever sends others meets full comparisons at most.
+        std::size_t slot = size * 7 + at(size / 2) * 5 + at(size - 1) * 3 + at(size > 1 ? 1 : 0) * 17;
+        for (slot &= m_Slots.size() - 1; !m_Slots[slot].key.empty() && m_Slots[slot].key != key;) {
+            slot = (slot + 1) & (m_Slots.size() - 1);
+        }
+        return slot;
+    }
+
+    std::size_t m_Size;
+    std::vector<Slot> m_Slots;
 };
 
 } // namespace VarnelAPI::Forms::model::detail

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cpprest/details/basic_types.h>
+#include <VarnelAPI/Forms/detail/HttpLibrary.h>
 
 namespace VarnelAPI::Forms::model::detail {
 

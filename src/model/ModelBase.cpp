@@ -14,71 +14,6 @@ using utility::conversions::to_string_t;
 using utility::conversions::to_utf8string;
 using web::json::json_exception;
 
-namespace detail {
-
-std::shared_ptr<std::istream> requiredData(const std::shared_ptr<HttpContent>& content) {
-    auto data = required(content, "the content")->getData();
-    if (!data) {
-        throw std::invalid_argument("the content \"" + to_utf8string(content->getName()) + "\" has no data stream");
-    }
-    bufferOf(*data);
-    return data;
-}
-
-std::string requiredBytes(const std::shared_ptr<HttpContent>& content) {
-    return readAll(*requiredData(content));
-}
-
-void refuseControlCharacters(const utility::string_t& text, const std::string& what) {
-    static const utility::string_t refused(_XPLATSTR("\r\n\0"), 3);
-    if (text.find_first_of(refused) != utility::string_t::npos) {
-        throw std::invalid_argument(what + " holds CR, LF or NUL");
-    }
-}
-
-utility::string_t dateText(const utility::datetime& date) {
-    constexpr utility::datetime::interval_type last = 2650467743990000000; // 9999-12-31T23:59:59Z
-    if (date.to_interval() > last) {
-        throw std::out_of_range("a date after 9999-12-31T23:59:59Z can't be written");
-    }
-    return date.to_string(utility::datetime::ISO_8601);
-}
-
-utility::string_t partPrefix(utility::string_t namePrefix) {
-    if (!namePrefix.empty() && namePrefix.back() != _XPLATSTR('.')) {
-        namePrefix += _XPLATSTR('.');
-    }
-    return namePrefix;
-}
-
-web::json::value parseJson(const utility::string_t& text) {
-    // The HTTP library sets this locale itself only when it has read the first token, which may be a number.
-    const utility::details::scoped_c_thread_locale locale;
-    return decoding([&text] { return web::json::value::parse(text); });
-}
-
-void requireFinite(double number) {
-    if (!std::isfinite(number)) {
-        throw std::invalid_argument("a number that is infinite or not a number can't be written as JSON");
-    }
-}
-
-void requireFinite(const web::json::value& json) {
-    if (json.is_double()) {
-        requireFinite(json.as_double());
-    } else if (json.is_array()) {
-        for (const auto& element : json.as_array()) {
-            requireFinite(element);
-        }
-    } else if (json.is_object()) {
-        for (const auto& field : json.as_object()) {
-            requireFinite(field.second);
-        }
-    }
-}
-
-} // namespace detail
-
 namespace {
 
 const utility::char_t dispositionKey[] = _XPLATSTR("ContentDisposition");
@@ -86,19 +21,14 @@ const utility::char_t typeKey[] = _XPLATSTR("ContentType");
 const utility::char_t fileNameKey[] = _XPLATSTR("FileName");
 const utility::char_t dataKey[] = _XPLATSTR("InputStream");
 
-/// A literal's text, where a null pointer would be undefined behaviour.
-utility::string_t textOf(const utility::char_t* literal) {
-    return detail::required(literal, "the text");
-}
-
 template <class Integer>
 Integer integerFromJson(const web::json::value& json, const char* outOfRange) {
     const web::json::number number = json.as_number();
     if (json.is_double()) {
-        // One below the least number of 64 bits is, as a double, that number itself: what was rounded to it is refused.
-        constexpr double bound = -static_cast<double>(std::numeric_limits<Integer>::min());
-        const double value = number.to_double();
-        if (value > -bound - 1 && value < bound) {
+        // The bounds are doubles, unlike the greatest number of 64 bits. The fraction goes before the comparison.
+        constexpr auto least = static_cast<double>(std::numeric_limits<Integer>::min());
+        const double value = std::trunc(number.to_double());
+        if (value >= least && value < -least) {
             return static_cast<Integer>(value);
         }
     } else if (number.is_int64()) {
@@ -136,7 +66,7 @@ web::json::value ModelBase::toJson(const utility::string_t& value) {
 }
 
 web::json::value ModelBase::toJson(const utility::char_t* value) {
-    return toJson(textOf(value));
+    return toJson(detail::textOf(value));
 }
 
 web::json::value ModelBase::toJson(int32_t value) {
@@ -241,7 +171,7 @@ std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& n
 
 std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& name, const utility::char_t* value,
                                                       const utility::string_t& contentType) {
-    return toHttpContent(name, textOf(value), contentType);
+    return toHttpContent(name, detail::textOf(value), contentType);
 }
 
 std::shared_ptr<HttpContent> ModelBase::toHttpContent(const utility::string_t& name, const utility::datetime& value,

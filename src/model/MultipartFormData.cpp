@@ -7,8 +7,8 @@
 #include "Conversion.h"
 #include "Streams.h"
 
-#include <cpprest/asyncrt_utils.h>
-
+#include <algorithm>
+#include <istream>
 #include <ostream>
 
 namespace VarnelAPI::Forms::model {
@@ -45,6 +45,84 @@ std::string headerLines(const HttpContent& part) {
     }
     return header + "\r\n";
 }
+
+/// Texts and streams, one after the other.
+class PartsBuffer final : public std::streambuf {
+public:
+    void add(std::string text) { m_Parts.push_back({std::move(text), nullptr, 0}); }
+    void add(std::shared_ptr<std::istream> data, std::size_t size) { m_Parts.push_back({{}, std::move(data), size}); }
+
+protected:
+    int_type underflow() override {
+        while (m_Next < m_Parts.size()) {
+            Part& part = m_Parts[m_Next];
+            m_Before += static_cast<std::streamoff>(egptr() - eback());
+            if (!part.data) {
+                setg(part.text.data(), part.text.data(), part.text.data() + part.text.size());
+                ++m_Next;
+                return traits_type::to_int_type(*gptr());
+            }
+            if (m_Left == 0) {
+                m_Left = part.size;
+                m_Buffer = &detail::rewound(*part.data);
+            }
+            m_Block.resize(std::min(m_Left, blockSize));
+            const std::size_t size = m_Block.empty() ? 0 : detail::readSome(*m_Buffer, m_Block.data(), m_Block.size());
+            m_Left -= size;
+            if (size == 0 && m_Left != 0) {
+                m_Next = m_Parts.size();
+            } else if (m_Left == 0) {
+                ++m_Next;
+            }
+            setg(m_Block.data(), m_Block.data(), m_Block.data() + size);
+            if (size != 0) {
+                return traits_type::to_int_type(*gptr());
+            }
+        }
+        return traits_type::eof();
+    }
+    pos_type seekpos(pos_type position, std::ios_base::openmode) override {
+        return position == pos_type(0) ? rewind() : pos_type(off_type(-1));
+    }
+    /// To its start, and to tell where it stands.
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode) override {
+        if (offset == 0 && from == std::ios_base::beg) {
+            return rewind();
+        }
+        return offset == 0 && from == std::ios_base::cur ? pos_type(m_Before + (gptr() - eback()))
+                                                         : pos_type(off_type(-1));
+    }
+
+private:
+    static constexpr std::size_t blockSize = 65536;
+
+    struct Part {
+        std::string text;
+        std::shared_ptr<std::istream> data;
+        std::size_t size;
+    };
+
+    pos_type rewind() {
+        m_Next = 0;
+        m_Left = 0;
+        m_Before = 0;
+        setg(nullptr, nullptr, nullptr);
+        return 0;
+    }
+
+    std::vector<Part> m_Parts;
+    std::size_t m_Next = 0;
+    std::size_t m_Left = 0;
+    std::streambuf* m_Buffer = nullptr;
+    std::vector<char> m_Block;
+    std::streamoff m_Before = 0;
+};
+
+class PartsStream final : public std::istream {
+public:
+    PartsStream() : std::istream(nullptr) { rdbuf(&buffer); }
+    PartsBuffer buffer;
+};
 
 } // namespace
 
@@ -85,7 +163,7 @@ std::vector<std::string> MultipartFormData::partHeaders() const {
 }
 
 std::size_t MultipartFormData::size() const {
-    std::size_t total = to_utf8string(m_Boundary).size() + 8;
+    std::size_t total = closingLine().size();
     for (const auto& header : partHeaders()) {
         total += header.size();
     }
@@ -95,13 +173,33 @@ std::size_t MultipartFormData::size() const {
     return total;
 }
 
+std::shared_ptr<std::istream> MultipartFormData::asStream() const {
+    auto stream = std::make_shared<PartsStream>();
+    const auto headers = partHeaders();
+    for (std::size_t i = 0; i < m_Contents.size(); ++i) {
+        const auto data = m_Contents[i]->getData();
+        if (detail::bufferOf(*data).pubseekoff(0, std::ios_base::end, std::ios_base::in) < 0) {
+            throw std::invalid_argument("the data of the part \"" + to_utf8string(m_Contents[i]->getName()) +
+                                        "\" can't tell its size");
+        }
+        stream->buffer.add(headers[i]);
+        stream->buffer.add(data, detail::sizeOf(*data));
+    }
+    stream->buffer.add(closingLine());
+    return stream;
+}
+
+std::string MultipartFormData::closingLine() const {
+    return "\r\n--" + to_utf8string(m_Boundary) + "--\r\n";
+}
+
 void MultipartFormData::writeTo(std::ostream& stream) {
     const auto headers = partHeaders();
     for (std::size_t i = 0; i < m_Contents.size(); ++i) {
         stream << headers[i];
         detail::copyAll(*m_Contents[i]->getData(), stream);
     }
-    stream << "\r\n--" << to_utf8string(m_Boundary) << "--\r\n";
+    stream << closingLine();
 }
 
 } // namespace VarnelAPI::Forms::model

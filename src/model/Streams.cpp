@@ -8,6 +8,14 @@ namespace VarnelAPI::Forms::model::detail {
 
 namespace {
 
+/// Where a seek in `size` bytes leads to from `position`; -1 if that is not in them, or not at their end.
+std::streamoff sought(std::streamoff position, std::streamoff size, std::streamoff offset,
+                      std::ios_base::seekdir from) {
+    const std::streamoff base = from == std::ios_base::beg ? 0 : from == std::ios_base::cur ? position : size;
+    // Compared so that nothing overflows, however far the seek goes.
+    return offset < -base || offset > size - base ? -1 : base + offset;
+}
+
 /// The buffer of a stream that only reads, and seeks within what it owns.
 class OwnedBytes final : public std::streambuf {
 public:
@@ -17,13 +25,12 @@ public:
 
 protected:
     pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override {
-        const off_type size = egptr() - eback();
-        const off_type base = from == std::ios_base::beg ? 0 : from == std::ios_base::cur ? gptr() - eback() : size;
-        if ((which & std::ios_base::in) == 0 || base + offset < 0 || base + offset > size) {
+        const off_type target = sought(gptr() - eback(), egptr() - eback(), offset, from);
+        if ((which & std::ios_base::in) == 0 || target < 0) {
             return pos_type(off_type(-1));
         }
-        setg(eback(), eback() + base + offset, egptr());
-        return pos_type(base + offset);
+        setg(eback(), eback() + target, egptr());
+        return pos_type(target);
     }
     pos_type seekpos(pos_type position, std::ios_base::openmode which) override {
         return seekoff(off_type(position), std::ios_base::beg, which);
@@ -102,14 +109,31 @@ void copyAll(std::istream& source, std::ostream& target) {
 
 StringSink::int_type StringSink::overflow(int_type character) {
     if (!traits_type::eq_int_type(character, traits_type::eof())) {
-        m_Target.push_back(traits_type::to_char_type(character));
+        const char written = traits_type::to_char_type(character);
+        xsputn(&written, 1);
     }
     return traits_type::not_eof(character);
 }
 
 std::streamsize StringSink::xsputn(const char* data, std::streamsize size) {
-    m_Target.append(data, static_cast<std::size_t>(size));
+    // At the end this appends.
+    m_Target.replace(m_Position, static_cast<std::size_t>(size), data, static_cast<std::size_t>(size));
+    m_Position += static_cast<std::size_t>(size);
     return size;
+}
+
+StringSink::pos_type StringSink::seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) {
+    const off_type target =
+        sought(static_cast<off_type>(m_Position), static_cast<off_type>(m_Target.size()), offset, from);
+    if ((which & std::ios_base::out) == 0 || target < 0) {
+        return pos_type(off_type(-1));
+    }
+    m_Position = static_cast<std::size_t>(target);
+    return pos_type(target);
+}
+
+StringSink::pos_type StringSink::seekpos(pos_type position, std::ios_base::openmode which) {
+    return seekoff(off_type(position), std::ios_base::beg, which);
 }
 
 } // namespace VarnelAPI::Forms::model::detail

@@ -30,7 +30,8 @@ void copyAll(std::istream& source, std::ostream& target);
 /// The number of bytes in a stream, or 0 if it can't tell or can't be read.
 std::size_t sizeOf(std::istream& stream);
 
-/// Appends everything that is written to it to a string.
+/// Writes to an empty string what is written to it, like the buffer of a string stream: who seeks back writes over what
+/// is there, and the text keeps its length.
 class StringSink final : public std::streambuf {
 public:
     explicit StringSink(std::string& target) : m_Target(target) {}
@@ -38,9 +39,12 @@ public:
 protected:
     int_type overflow(int_type character) override;
     std::streamsize xsputn(const char* data, std::streamsize size) override;
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override;
+    pos_type seekpos(pos_type position, std::ios_base::openmode which) override;
 
 private:
     std::string& m_Target;
+    std::size_t m_Position = 0;
 };
 
 } // namespace VarnelAPI::Forms::model::detail

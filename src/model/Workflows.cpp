@@ -5,33 +5,33 @@
 namespace VarnelAPI::Forms::model {
 
 VARNEL_FORMS_DESCRIBE(WorkflowState) {
-    visit(_XPLATSTR("Id"), m_Id);
-    visit(_XPLATSTR("Name"), m_Name);
-    visit(_XPLATSTR("Color"), m_Color);
-    visit(_XPLATSTR("EditableProperties"), m_EditableProperties);
-    visit(_XPLATSTR("Closed"), m_Closed);
+    visit(m_Id);
+    visit(m_Name);
+    visit(m_Color);
+    visit(m_EditableProperties);
+    visit(m_Closed);
 }
 
 VARNEL_FORMS_DESCRIBE(WorkflowTransition) {
-    visit(_XPLATSTR("Start"), m_Start);
-    visit(_XPLATSTR("End"), m_End);
-    visit(_XPLATSTR("Permissions"), m_Permissions);
-    visit(_XPLATSTR("Conditions"), m_Conditions);
-    visit(_XPLATSTR("AssignedUser"), m_AssignedUser);
-    visit(_XPLATSTR("SubmitDisplay"), m_SubmitDisplay);
-    visit(_XPLATSTR("ButtonColor"), m_ButtonColor);
-    visit(_XPLATSTR("Notes"), m_Notes);
-    visit(_XPLATSTR("NotifyCreator"), m_NotifyCreator);
+    visit(m_Start);
+    visit(m_End);
+    visit(m_Permissions);
+    visit(m_Conditions);
+    visit(m_AssignedUser);
+    visit(m_SubmitDisplay);
+    visit(m_ButtonColor);
+    visit(m_Notes);
+    visit(m_NotifyCreator);
 }
 
 VARNEL_FORMS_DESCRIBE(WorkflowDefinition) {
-    visit(_XPLATSTR("StartStates"), m_StartStates);
-    visit(_XPLATSTR("Discipline"), m_Discipline);
-    visit(_XPLATSTR("Classification"), m_Classification);
-    visit(_XPLATSTR("States"), m_States);
-    visit(_XPLATSTR("Transitions"), m_Transitions);
-    visit(_XPLATSTR("StartingTransitions"), m_StartingTransitions);
-    visit(_XPLATSTR("UninitializedState"), m_UninitializedState);
+    visit(m_StartStates);
+    visit(m_Discipline);
+    visit(m_Classification);
+    visit(m_States);
+    visit(m_Transitions);
+    visit(m_StartingTransitions);
+    visit(m_UninitializedState);
 }
 
 } // namespace VarnelAPI::Forms::model

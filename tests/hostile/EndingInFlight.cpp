@@ -1,6 +1,7 @@
 #include <VarnelAPI/Forms.h>
 
 #include "support/LeakCheck.h"
+#include "support/Transports.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -18,12 +19,24 @@ int main(int, char** arguments) {
     const auto configuration = std::make_shared<api::ApiConfiguration>();
     configuration->setBaseUrl(arguments[1]);
     configuration->getHttpConfig().set_validate_certificates(false);
+    configuration->setTransport(forms_test::chosenTransport());
     const auto client = std::make_shared<api::ApiClient>(configuration);
     static pplx::task<void> kept;
+    // What is answered with 503 waits for its next attempt, and what waits for a token gets none.
+    namespace transport = VarnelAPI::Forms::transport;
+    static const auto& never =
+        *new pplx::task_completion_event<transport::Token>; // It would be destroyed after the pool.
+    const auto observer = std::make_shared<transport::Observer>([](const auto&) {});
+    const auto waiting = transport::CallOptions().deadline(std::chrono::hours(1)).observer(observer);
+    const auto pausing = client->with(transport::CallOptions(waiting).retry({}));
+    const auto asking = client->with(transport::CallOptions(waiting).credentials(
+        std::make_shared<transport::Credentials>([](auto) { return pplx::create_task(never); })));
     for (int i = 0; i < 10; ++i) {
         api::BaseClassApi(client).select_DynamicSchemaBaseClass("L");
         api::FileApi(client).fILEGET_DynamicSchemaFile_instanceId("L", "i");
         client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "");
+        api::BaseClassApi(pausing).select_DynamicSchemaBaseClass("L");
+        api::BaseClassApi(asking).select_DynamicSchemaBaseClass("L");
         kept = api::FileApi(client).delete_DynamicSchemaFile_instanceId("L", "i");
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(arguments[3])));

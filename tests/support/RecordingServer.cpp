@@ -1,16 +1,9 @@
 #include "RecordingServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
 #include <strings.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <sstream>
-#include <system_error>
 
 namespace forms_test {
 
@@ -18,12 +11,31 @@ using namespace std::chrono_literals;
 
 namespace {
 
-int checked(int result, const char* what) {
-    if (result < 0) {
-        throw std::system_error(errno, std::generic_category(), what);
+void check(bool well, const char* what) {
+    if (!well) {
+        throw socketError(what);
     }
-    return result;
 }
+
+/// A socket on a free port of 127.0.0.1, and its address.
+std::pair<Socket, sockaddr_in> localSocket(int type) {
+    const Socket local = openSocket(type);
+    check(isOpen(local), "socket");
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof(address);
+    check(bind(local, reinterpret_cast<sockaddr*>(&address), size) == 0, "bind");
+    check(getsockname(local, reinterpret_cast<sockaddr*>(&address), &size) == 0, "getsockname");
+    return {local, address};
+}
+
+/// Wine's HTTP client keeps connections for later clients, and does not notice that they were closed.
+#ifdef _WIN32
+constexpr auto connectionHeader = "Connection: close\r\n";
+#else
+constexpr auto connectionHeader = "";
+#endif
 
 } // namespace
 
@@ -43,7 +55,7 @@ bool Request::has(const std::string& name) const {
 }
 
 Reply Reply::of(int status, const std::string& reason, const std::string& headers, const std::string& body) {
-    return raw("HTTP/1.1 " + std::to_string(status) + " " + reason + "\r\n" + headers +
+    return raw("HTTP/1.1 " + std::to_string(status) + " " + reason + "\r\n" + headers + connectionHeader +
                "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
 }
 
@@ -78,27 +90,23 @@ Reply Reply::endingWith(Ending how) const {
 }
 
 RecordingServer::RecordingServer(std::string basePath) : m_BasePath(std::move(basePath)) {
-    m_Stop = checked(eventfd(0, EFD_CLOEXEC), "eventfd");
-    m_Listener = checked(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket");
     sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof(address);
-    checked(bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size), "bind");
-    checked(listen(m_Listener, 512), "listen");
-    checked(getsockname(m_Listener, reinterpret_cast<sockaddr*>(&address), &size), "getsockname");
+    std::tie(m_Stop, address) = localSocket(SOCK_DGRAM);
+    check(connect(m_Stop, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0, "connect");
+    std::tie(m_Listener, address) = localSocket(SOCK_STREAM);
+    check(listen(m_Listener, 512) == 0, "listen");
     m_Port = ntohs(address.sin_port);
     m_Acceptor = std::thread([this] { acceptConnections(); });
 }
 
 RecordingServer::~RecordingServer() {
-    eventfd_write(m_Stop, 1);
+    ::send(m_Stop, "!", 1, 0); // to itself
     m_Acceptor.join();
     for (auto& connection : m_Connections) {
         connection.join();
     }
-    close(m_Listener);
-    close(m_Stop);
+    closeSocket(m_Listener);
+    closeSocket(m_Stop);
 }
 
 void RecordingServer::reply(Reply reply) {
@@ -157,17 +165,22 @@ void RecordingServer::error(const std::string& text) {
     m_Errors.push_back(text);
 }
 
-/// Waits for the descriptor; false if the time is over or the server stops.
-bool RecordingServer::waitFor(int descriptor, short events, std::chrono::milliseconds limit) const {
-    pollfd polled[] = {{m_Stop, POLLIN, 0}, {descriptor, events, 0}};
-    const int ready = poll(polled, descriptor < 0 ? 1 : 2, static_cast<int>(limit.count()));
-    return ready > 0 && polled[0].revents == 0;
+/// Waits for the socket; false if the time is over or the server stops.
+bool RecordingServer::waitFor(Socket socket, short events, std::chrono::milliseconds limit) const {
+    pollfd polled[] = {{m_Stop, POLLIN, 0}, {socket, events, 0}};
+    return poll(polled, 2, static_cast<int>(limit.count())) > 0 && polled[0].revents == 0;
+}
+
+/// Waits that long; true, and at once, if the server stops.
+bool RecordingServer::waitForStop(std::chrono::milliseconds limit) const {
+    pollfd polled = {m_Stop, POLLIN, 0};
+    return poll(&polled, 1, static_cast<int>(limit.count())) > 0;
 }
 
 void RecordingServer::acceptConnections() {
     while (waitFor(m_Listener, POLLIN, 24h)) {
-        const int connection = accept4(m_Listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-        if (connection >= 0) {
+        const Socket connection = acceptWithoutBlocking(m_Listener);
+        if (isOpen(connection)) {
             {
                 const std::lock_guard<std::mutex> lock(m_Mutex);
                 ++m_Accepted;
@@ -177,7 +190,7 @@ void RecordingServer::acceptConnections() {
     }
 }
 
-void RecordingServer::serve(int connection) {
+void RecordingServer::serve(Socket connection) {
     std::string buffer;
     Request request;
     bool open = true;
@@ -186,19 +199,19 @@ void RecordingServer::serve(int connection) {
         open = send(connection, *reply) && reply->ending == Reply::Ending::KeepOpen;
         if (reply->ending == Reply::Ending::Reset) {
             const linger hard{1, 0};
-            setsockopt(connection, SOL_SOCKET, SO_LINGER, &hard, sizeof(hard));
+            setOption(connection, SOL_SOCKET, SO_LINGER, &hard, sizeof(hard));
         }
     }
-    close(connection);
+    closeSocket(connection);
 }
 
-bool RecordingServer::readRequest(int connection, std::string& buffer, Request& request) {
+bool RecordingServer::readRequest(Socket connection, std::string& buffer, Request& request) {
     const auto readMore = [&] {
         char block[16384];
         if (!waitFor(connection, POLLIN, patience)) {
             return false;
         }
-        const ssize_t size = recv(connection, block, sizeof(block), 0);
+        const Size size = recv(connection, block, sizeof(block), 0);
         buffer.append(block, size > 0 ? static_cast<std::size_t>(size) : 0);
         if (size == 0) {
             const std::lock_guard<std::mutex> lock(m_Mutex);
@@ -272,19 +285,19 @@ std::shared_ptr<const Reply> RecordingServer::replyTo(const Request& request) {
 }
 
 /// Whether the client was still there to the end.
-bool RecordingServer::send(int connection, const Reply& reply) {
+bool RecordingServer::send(Socket connection, const Reply& reply) {
     for (const auto& piece : reply.pieces) {
         for (std::size_t i = 0; i < piece.times; ++i) {
             if (piece.pauseBefore > 0ms) {
-                waitFor(-1, 0, piece.pauseBefore);
+                waitForStop(piece.pauseBefore);
             }
             std::size_t sent = 0;
             while (sent < piece.bytes.size()) {
                 if (!waitFor(connection, POLLOUT, patience)) {
                     return false;
                 }
-                const ssize_t size =
-                    ::send(connection, piece.bytes.data() + sent, piece.bytes.size() - sent, MSG_NOSIGNAL);
+                const std::size_t step = std::min(piece.bytes.size() - sent, std::size_t{1} << 20U);
+                const Size size = ::send(connection, piece.bytes.data() + sent, static_cast<SendSize>(step), noSignal);
                 if (size < 0) {
                     return false;
                 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Sockets.h"
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -105,16 +107,18 @@ public:
 
 private:
     void acceptConnections();
-    void serve(int connection);
-    bool readRequest(int connection, std::string& buffer, Request& request);
+    void serve(Socket connection);
+    bool readRequest(Socket connection, std::string& buffer, Request& request);
     std::shared_ptr<const Reply> replyTo(const Request& request);
-    bool send(int connection, const Reply& reply);
-    bool waitFor(int descriptor, short events, std::chrono::milliseconds limit) const;
+    bool send(Socket connection, const Reply& reply);
+    bool waitFor(Socket socket, short events, std::chrono::milliseconds limit) const;
+    bool waitForStop(std::chrono::milliseconds limit) const;
     void error(const std::string& text);
 
     std::string m_BasePath;
-    int m_Listener = -1;
-    int m_Stop = -1;
+    Socket m_Listener;
+    /// Has something to read when the server is to stop.
+    Socket m_Stop;
     int m_Port = 0;
     std::atomic<bool> m_ForgetsBodies{false};
     mutable std::mutex m_Mutex;

@@ -2,6 +2,8 @@
 
 #include <VarnelAPI/Forms.h>
 
+#include "Text.h"
+
 #include <boost/core/demangle.hpp>
 #include <gtest/gtest.h>
 
@@ -38,7 +40,7 @@ inline void seed(const std::string& target, const std::string& input) {
 template <class... Text>
 std::string fields(const Text&... texts) {
     std::string joined;
-    ((joined += texts + std::string("\t")), ...);
+    ((joined += utf8(texts) + "\t"), ...);
     return joined;
 }
 
@@ -49,7 +51,9 @@ inline std::string classOf(const VarnelAPI::Forms::model::ModelBase& model) {
 
 /// `json` is read into a model of this class.
 inline void seedJson(const VarnelAPI::Forms::model::ModelBase& model, const std::string& json) {
-    seed("ModelJson", classOf(model) + "\n" + json);
+    for (const char* target : {"ModelJson", "FastLane"}) {
+        seed(target, classOf(model) + "\n" + json);
+    }
 }
 
 /// The parts are read into a model of this class.

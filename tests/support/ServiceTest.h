@@ -4,6 +4,8 @@
 
 #include "LeakCheck.h"
 #include "RecordingServer.h"
+#include "Text.h"
+#include "Transports.h"
 
 #include <gtest/gtest.h>
 
@@ -14,15 +16,17 @@ namespace forms_test {
 
 namespace api = VarnelAPI::Forms::api;
 namespace model = VarnelAPI::Forms::model;
+namespace transport = VarnelAPI::Forms::transport;
 
 /// A recording server, and a client that is configured for it.
 class ServiceTest : public ::testing::Test {
 protected:
     ServiceTest() {
-        configuration->setBaseUrl(server.url());
-        configuration->setUserAgent("forms-test/1");
-        configuration->getDefaultHeaders()["Authorization"] = "Bearer t";
+        configuration->setBaseUrl(text(server.url()));
+        configuration->setUserAgent("forms-test/1"_t);
+        configuration->getDefaultHeaders()["Authorization"_t] = "Bearer t"_t;
         configuration->getHttpConfig().set_timeout(RecordingServer::patience);
+        configuration->setTransport(chosenTransport());
     }
     void TearDown() override {
         for (const auto& error : server.takeErrors()) {

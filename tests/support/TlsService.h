@@ -4,9 +4,11 @@
 #include <httplib.h>
 
 #include <openssl/evp.h>
-#include <openssl/x509.h>
+#include <openssl/pem.h>
+#include <openssl/x509v3.h>
 
 #include <chrono>
+#include <cstdio>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -41,7 +43,31 @@ public:
     TlsService(const TlsService&) = delete;
     TlsService& operator=(const TlsService&) = delete;
 
-    std::string url() const { return "https://127.0.0.1:" + std::to_string(m_Port); }
+    std::string url(const std::string& host = "127.0.0.1") const {
+        return "https://" + host + ":" + std::to_string(m_Port);
+    }
+    /// For those who should know it.
+    std::string certificate() const {
+        return written([this](BIO* text) { PEM_write_bio_X509(text, m_Identity.certificate.get()); });
+    }
+    std::string key() const {
+        return written([this](BIO* text) {
+            PEM_write_bio_PrivateKey(text, m_Identity.key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+        });
+    }
+    /// The name that its certificate has in a folder of authorities.
+    std::string hashedName() const {
+        char name[11];
+        std::snprintf(name, sizeof(name), "%08lx.0", X509_subject_name_hash(m_Identity.certificate.get()));
+        return name;
+    }
+    /// Speaks no later version of TLS from now on.
+    void speakAtMost(int version) { SSL_CTX_set_max_proto_version(m_Server.ssl_context(), version); }
+    /// From now on talks only to those who have its own certificate, too.
+    void requireCertificate() {
+        X509_STORE_add_cert(SSL_CTX_get_cert_store(m_Server.ssl_context()), m_Identity.certificate.get());
+        SSL_CTX_set_verify(m_Server.ssl_context(), SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
+    }
     /// Of the last request, once its response is there.
     std::string authorization() const {
         const std::lock_guard<std::mutex> lock(m_Mutex);
@@ -54,10 +80,25 @@ public:
     }
 
 private:
+    template <class Write>
+    static std::string written(Write write) {
+        const std::unique_ptr<BIO, decltype(&BIO_free)> text(BIO_new(BIO_s_mem()), BIO_free);
+        write(text.get());
+        char* begin = nullptr;
+        const auto size = BIO_get_mem_data(text.get(), &begin);
+        return {begin, static_cast<std::size_t>(size)};
+    }
     struct Identity {
         Identity() {
             X509_gmtime_adj(X509_getm_notBefore(certificate.get()), 0);
             X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 3600);
+            X509_set_version(certificate.get(), X509_VERSION_3);
+            X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_ASC,
+                                       reinterpret_cast<const unsigned char*>("test"), -1, -1, 0);
+            X509_set_issuer_name(certificate.get(), X509_get_subject_name(certificate.get()));
+            X509_EXTENSION* address = X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, "IP:127.0.0.1");
+            X509_add_ext(certificate.get(), address, -1);
+            X509_EXTENSION_free(address);
             X509_set_pubkey(certificate.get(), key.get());
             X509_sign(certificate.get(), key.get(), EVP_sha256());
         }

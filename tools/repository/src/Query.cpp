@@ -1,219 +1,22 @@
 #include "Query.h"
 
+#include "Filter.h"
 #include "ServiceError.h"
 #include "Text.h"
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
 #include <set>
 #include <string_view>
 
 namespace VarnelAPI::Forms::repository {
 namespace {
 
-using Predicate = std::function<bool(const Json&)>;
+constexpr int maxOrderKeys = 32;
 
 [[noreturn]] void refuse(const std::string& what) {
     throw ServiceError(400, what);
 }
-
-/// A property of an instance, else a part of its identity, else null.
-const Json& valueOf(const Json& content, const std::string& name) {
-    static const Json missing;
-    const Json& properties = content.at("properties");
-    if (const auto found = properties.find(name); found != properties.end()) {
-        return *found;
-    }
-    const auto found = content.find(name);
-    return found != content.end() ? *found : missing;
-}
-
-/// Kinds in their order; what can't be ordered (null, objects, arrays) comes last.
-enum class Kind { Bool, Number, Text, Other };
-
-Kind kindOf(const Json& value) {
-    return value.is_boolean()  ? Kind::Bool
-           : value.is_number() ? Kind::Number
-           : value.is_string() ? Kind::Text
-                               : Kind::Other;
-}
-
-/// Less than, equal to or greater than 0; nothing when the two can't be compared.
-std::optional<int> compare(const Json& left, const Json& right) {
-    if (kindOf(left) != kindOf(right) || kindOf(left) == Kind::Other) {
-        return std::nullopt;
-    }
-    return left < right ? -1 : right < left ? 1 : 0;
-}
-
-/// Reads $filter: comparisons of a property with a literal, joined by "and" and "or", in parentheses at will.
-class FilterParser {
-public:
-    explicit FilterParser(std::string_view text) : m_text(text) { next(); }
-
-    Predicate parse() {
-        Predicate result = alternatives();
-        if (m_kind != Token::End) {
-            fail("'and', 'or' or the end");
-        }
-        return result;
-    }
-
-private:
-    enum class Token { Name, Text, Number, Open, Close, Other, End };
-
-    static constexpr int maxNesting = 64;
-
-    [[noreturn]] void fail(const std::string& expected) const {
-        refuse("$filter: expected " + expected + " at position " + std::to_string(m_start) + ", found " +
-               (m_kind == Token::End ? std::string("the end") : "\"" + m_token + "\""));
-    }
-
-    void next() {
-        m_pos = std::min(m_text.find_first_not_of(' ', m_pos), m_text.size());
-        m_start = m_pos;
-        if (m_pos == m_text.size()) {
-            m_kind = Token::End;
-            m_token.clear();
-            return;
-        }
-        const char first = m_text[m_pos];
-        if (first == '\'') {
-            quoted();
-        } else if (first == '(' || first == ')') {
-            ++m_pos;
-            m_kind = first == '(' ? Token::Open : Token::Close;
-            m_token = first;
-        } else if (isNameStart(first)) {
-            take(Token::Name, isNamePart);
-        } else if (isDigit(first) || first == '-') {
-            take(Token::Number, [](char c) { return isNamePart(c) || c == '.' || c == '+' || c == '-'; });
-        } else {
-            take(Token::Other, [](char c) { return c != ' '; });
-        }
-    }
-
-    template <class Belongs>
-    void take(Token kind, Belongs belongs) {
-        const auto end = std::find_if_not(m_text.begin() + static_cast<std::ptrdiff_t>(m_pos), m_text.end(), belongs);
-        const auto length = static_cast<std::size_t>(end - m_text.begin()) - m_pos;
-        m_token = m_text.substr(m_pos, length);
-        m_pos += length;
-        m_kind = kind;
-    }
-
-    void quoted() {
-        m_token.clear();
-        for (++m_pos; m_pos < m_text.size(); ++m_pos) {
-            if (m_text[m_pos] == '\'') {
-                ++m_pos;
-                if (m_pos == m_text.size() || m_text[m_pos] != '\'') {
-                    m_kind = Token::Text;
-                    return;
-                }
-            }
-            m_token += m_text[m_pos];
-        }
-        refuse("$filter: the text that starts at position " + std::to_string(m_start) + " is not closed by a '");
-    }
-
-    bool takeWord(std::string_view word) {
-        if (m_kind != Token::Name || m_token != word) {
-            return false;
-        }
-        next();
-        return true;
-    }
-
-    Predicate alternatives() {
-        std::vector<Predicate> parts{conjunction()};
-        while (takeWord("or")) {
-            parts.push_back(conjunction());
-        }
-        return parts.size() == 1 ? parts.front() : [parts](const Json& content) {
-            return std::any_of(parts.begin(), parts.end(), [&](const Predicate& part) { return part(content); });
-        };
-    }
-
-    Predicate conjunction() {
-        std::vector<Predicate> parts{term()};
-        while (takeWord("and")) {
-            parts.push_back(term());
-        }
-        return parts.size() == 1 ? parts.front() : [parts](const Json& content) {
-            return std::all_of(parts.begin(), parts.end(), [&](const Predicate& part) { return part(content); });
-        };
-    }
-
-    Predicate term() {
-        if (m_kind != Token::Open) {
-            return comparison();
-        }
-        if (++m_nesting > maxNesting) {
-            refuse("$filter: parentheses are nested more than " + std::to_string(maxNesting) + " deep");
-        }
-        next();
-        Predicate inner = alternatives();
-        if (m_kind != Token::Close) {
-            fail("')'");
-        }
-        next();
-        --m_nesting;
-        return inner;
-    }
-
-    Predicate comparison() {
-        if (m_kind != Token::Name) {
-            fail("a property name");
-        }
-        const std::string name = m_token;
-        next();
-        const std::string op = m_token;
-        const bool isEquality = op == "eq" || op == "ne";
-        if (m_kind != Token::Name || !(isEquality || op == "gt" || op == "ge" || op == "lt" || op == "le")) {
-            fail("eq, ne, gt, ge, lt or le");
-        }
-        next();
-        const Json value = literal();
-        if (!isEquality && (value.is_null() || value.is_boolean())) {
-            refuse("$filter: '" + op + "' needs a number or a text to compare with, not " + value.dump());
-        }
-        next();
-        return [name, op, value](const Json& content) {
-            const Json& actual = valueOf(content, name);
-            if (op == "eq" || op == "ne") {
-                const bool isEqual = value.is_null() ? actual.is_null() : compare(actual, value) == 0;
-                return isEqual == (op == "eq");
-            }
-            const std::optional<int> order = compare(actual, value);
-            return order.has_value() && (op == "gt"   ? *order > 0
-                                         : op == "ge" ? *order >= 0
-                                         : op == "lt" ? *order < 0
-                                                      : *order <= 0);
-        };
-    }
-
-    Json literal() {
-        if (m_kind == Token::Text) {
-            return m_token;
-        }
-        if (m_kind == Token::Number || m_token == "true" || m_token == "false" || m_token == "null") {
-            Json value = Json::parse(m_token, nullptr, false);
-            if (!value.is_discarded()) {
-                return value;
-            }
-        }
-        fail("a number, a text in single quotes, true, false or null");
-    }
-
-    std::string_view m_text;
-    std::size_t m_pos = 0;
-    std::size_t m_start = 0;
-    Token m_kind = Token::End;
-    std::string m_token;
-    int m_nesting = 0;
-};
 
 /// The items of a list, without the blanks around them; no item in an empty list.
 std::vector<std::string> items(std::string_view text) {
@@ -236,6 +39,19 @@ std::int64_t wholeNumber(const std::string& option, const std::string& text) {
 
 } // namespace
 
+ValueKind kindOf(const Json& value) {
+    return value.is_boolean()  ? ValueKind::Bool
+           : value.is_number() ? ValueKind::Number
+           : value.is_string() ? ValueKind::Text
+                               : ValueKind::Other;
+}
+
+SqlValue numberOf(const Json& value) {
+    return value.is_number_integer() && !(value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX)
+               ? SqlValue(value.get<std::int64_t>())
+               : SqlValue(value.get<double>());
+}
+
 Query::Query(const QueryOptions& options, Accepts accepts) {
     std::set<std::string_view> seen;
     for (const auto& [name, text] : options) {
@@ -256,12 +72,17 @@ Query::Query(const QueryOptions& options, Accepts accepts) {
             if (std::find(m_select.begin(), m_select.end(), "") != m_select.end()) {
                 refuse("$select: a property name is missing in \"" + text + "\"");
             }
-        } else if (name == "$filter") {
-            m_filter = text.empty() ? Predicate() : FilterParser(text).parse();
-        } else if (name == "$orderby") {
-            for (const std::string& item : items(text)) {
-                m_orderBy.push_back(orderKey(item));
+            if (std::find(m_select.begin(), m_select.end(), "*") != m_select.end()) {
+                m_select.clear();
             }
+        } else if (name == "$filter") {
+            m_filter = text.empty() ? Sql() : parseFilter(text);
+        } else if (name == "$orderby") {
+            const std::vector<std::string> keys = items(text);
+            if (keys.size() > maxOrderKeys) {
+                refuse("$orderby: more than " + std::to_string(maxOrderKeys) + " names");
+            }
+            std::for_each(keys.begin(), keys.end(), [this](const std::string& key) { orderBy(key); });
         } else if (name == "$skip") {
             m_skip = wholeNumber(name, text);
         } else if (name == "$top") {
@@ -272,44 +93,43 @@ Query::Query(const QueryOptions& options, Accepts accepts) {
     }
 }
 
-Query::OrderKey Query::orderKey(const std::string& item) {
+void Query::orderBy(const std::string& item) {
     std::vector<std::string_view> words = split(item, ' ');
     words.erase(std::remove(words.begin(), words.end(), ""), words.end());
     const bool isDescending = words.size() == 2 && words[1] == "desc";
     if (words.empty() || words.size() > 2 || (words.size() == 2 && !isDescending && words[1] != "asc")) {
         refuse("$orderby: expected a property name, then asc or desc or nothing, found \"" + item + "\"");
     }
-    return {std::string(words[0]), isDescending};
+    const std::string name(words[0]);
+    const std::string direction = isDescending ? " DESC" : " ASC";
+    const std::string ofProperty = " FROM property_values v WHERE v.instance = i.number AND v.name = ?)";
+    const std::string column(identityColumn(name));
+    // A property comes before the part of the identity that has its name.
+    const auto valueOr = [&](const std::string& what, const std::string& otherwise) {
+        return column.empty() ? Sql{"(SELECT v." + what + ofProperty, {name}}
+                              : Sql{"CASE WHEN EXISTS(SELECT 1" + ofProperty + " THEN (SELECT v." + what + ofProperty +
+                                        " ELSE " + otherwise + " END",
+                                    {name, name}};
+    };
+    const auto number = [](ValueKind kind) { return std::to_string(static_cast<std::int64_t>(kind)); };
+    // In descending order what can't be ordered gets the least kind, so that it is last there too.
+    m_order += {m_order.text.empty() ? "ifnull(nullif(" : ", ifnull(nullif(", {}};
+    m_order += valueOr("kind", number(ValueKind::Text));
+    m_order += {", " + number(ValueKind::Other) + "), " + (isDescending ? "-1" : number(ValueKind::Other)) + ")" +
+                    direction + ", ",
+                {}};
+    m_order += valueOr("value", column);
+    m_order += {direction, {}};
 }
 
-bool Query::isBefore(const Json& left, const Json& right) const {
-    for (const OrderKey& key : m_orderBy) {
-        const Json& a = valueOf(left, key.property);
-        const Json& b = valueOf(right, key.property);
-        const Kind kindA = kindOf(a);
-        const Kind kindB = kindOf(b);
-        if (kindA != kindB) {
-            const bool isMissing = kindA == Kind::Other || kindB == Kind::Other;
-            return key.isDescending && !isMissing ? kindB < kindA : kindA < kindB;
-        }
-        if (const int order = compare(a, b).value_or(0); order != 0) {
-            return key.isDescending ? order > 0 : order < 0;
-        }
-    }
-    return false;
-}
-
-void Query::trim(Json& content) const {
-    if (m_select.empty() || std::find(m_select.begin(), m_select.end(), "*") != m_select.end()) {
-        return;
-    }
-    Json selected = Json::object();
-    for (auto& [name, value] : content.at("properties").items()) {
+Json Query::selected(Json properties) const {
+    Json result = Json::object();
+    for (auto& [name, value] : properties.items()) {
         if (std::find(m_select.begin(), m_select.end(), name) != m_select.end()) {
-            selected[name] = std::move(value);
+            result[name] = std::move(value);
         }
     }
-    content["properties"] = std::move(selected);
+    return result;
 }
 
 } // namespace VarnelAPI::Forms::repository

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Database.h"
 #include "Json.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,7 +13,15 @@ namespace VarnelAPI::Forms::repository {
 /// The decoded name=value pairs of a request's query, in order.
 using QueryOptions = std::vector<std::pair<std::string, std::string>>;
 
-/// What a request asks of the instances it reads. Instances are passed in content form: identity and "properties".
+/// What kind a property has, in the order in which unlike kinds sort; what can't be ordered comes last.
+enum class ValueKind : std::int64_t { Bool, Number, Text, Other };
+
+ValueKind kindOf(const Json& value);
+/// A number as SQLite has it: 64 bits with a sign, else floating.
+SqlValue numberOf(const Json& value);
+
+/// What a request asks of the instances it reads, as SQL over a row `i` of the table of instances and the table of
+/// their property values.
 class Query {
 public:
     /// Which "$" options a request takes: none, $select only, or all of them.
@@ -22,27 +30,24 @@ public:
     /// @throws ServiceError 400 naming the option that was not understood
     Query(const QueryOptions& options, Accepts accepts);
 
-    bool isOrdered() const { return !m_orderBy.empty(); }
+    /// A condition, or no text.
+    const Sql& filter() const { return m_filter; }
+    /// Terms of an ORDER BY, or no text: missing values last in either direction; unlike kinds as bools, numbers,
+    /// texts.
+    const Sql& order() const { return m_order; }
     std::int64_t skip() const { return m_skip; }
     /// Negative when not limited.
     std::int64_t top() const { return m_top; }
 
-    bool matches(const Json& content) const { return !m_filter || m_filter(content); }
-    /// By $orderby: missing values last in either direction; unlike kinds order as bools, numbers, texts.
-    bool isBefore(const Json& left, const Json& right) const;
+    bool selectsAll() const { return m_select.empty(); }
     /// Leaves only the selected properties.
-    void trim(Json& content) const;
+    Json selected(Json properties) const;
 
 private:
-    struct OrderKey {
-        std::string property;
-        bool isDescending;
-    };
+    void orderBy(const std::string& item);
 
-    static OrderKey orderKey(const std::string& item);
-
-    std::function<bool(const Json&)> m_filter;
-    std::vector<OrderKey> m_orderBy;
+    Sql m_filter;
+    Sql m_order;
     std::vector<std::string> m_select;
     std::int64_t m_skip = 0;
     std::int64_t m_top = -1;

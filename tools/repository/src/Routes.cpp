@@ -4,7 +4,6 @@
 #include "Text.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -12,9 +11,9 @@ namespace VarnelAPI::Forms::repository {
 namespace {
 
 constexpr const char* protocolRoot = "/sv1.2/Repositories/Varnel.Forms--";
-
-/// The most levels a body may have. Clients commonly read 128; a list wraps what it shows in up to eight more.
-constexpr int maxNesting = 100;
+/// What an envelope may have: each of its values takes many times its text while it is read and stored.
+constexpr std::size_t maxEnvelopeBytes = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t maxEnvelopeValues = 200'000;
 
 int hexDigit(char c) {
     return c >= '0' && c <= '9'   ? c - '0'
@@ -23,72 +22,13 @@ int hexDigit(char c) {
                                   : -1;
 }
 
-/// Undoes percent-encoding, and in a query '+' for a blank. The result is UTF-8 without control characters.
-std::string decode(std::string_view text, bool isQuery) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%') {
-            const int high = i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-            const int low = i + 2 < text.size() ? hexDigit(text[i + 2]) : -1;
-            if (high < 0 || low < 0) {
-                throw ServiceError(400, "The request address has a '%' without two hexadecimal digits after it");
-            }
-            result += static_cast<char>(high * 16 + low);
-            i += 2;
-        } else {
-            result += isQuery && text[i] == '+' ? ' ' : text[i];
-        }
-    }
-    try {
-        (void)Json(result).dump();
-    } catch (const Json::exception&) {
-        throw ServiceError(400, "The request address is not UTF-8");
-    }
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (std::any_of(result.begin(), result.end(), isControl)) {
-        throw ServiceError(400, "The request address has a control character");
-    }
-    return result;
-}
-
-QueryOptions parseOptions(std::string_view query) {
-    QueryOptions options;
-    for (const std::string_view pair : split(query, '&')) {
-        const std::size_t equals = std::min(pair.find('='), pair.size());
-        if (!pair.empty()) {
-            const std::string_view value = equals < pair.size() ? pair.substr(equals + 1) : std::string_view();
-            options.emplace_back(decode(pair.substr(0, equals), true), decode(value, true));
-        }
-    }
-    return options;
-}
-
 void requireName(const std::string& text) {
     if (text.empty() || !std::all_of(text.begin(), text.end(), isNamePart)) {
         throw ServiceError(400, "\"" + text + "\" is not the name of a schema or class");
     }
 }
 
-/// What a path addresses, below the location and the schema.
-struct Resource {
-    enum class Kind {
-        Class,    // Class
-        Family,   // Class!poly
-        Count,    // Class/$count
-        Instance, // Class/id/
-        ById,     // Class/id
-        File,     // Class/id/$file
-        Records,  // Class/id/RecordClass
-        Related,  // Class/id/RelationshipClass-direction-Schema.Class
-    };
-
-    Kind kind = Kind::Class;
-    ClassName type;
-    std::string id;
-    std::string last;
-};
-
-Resource parseResource(std::string_view path) {
+void readPath(std::string_view path, Call& resource) {
     std::vector<std::string> segments;
     for (const std::string_view segment : split(path, '/')) {
         segments.push_back(decode(segment, false));
@@ -99,28 +39,26 @@ Resource parseResource(std::string_view path) {
                     [](const std::string& segment) { return segment.empty(); })) {
         throw ServiceError(404, "The path is not location/schema/class, with at most an instance and one more part");
     }
-    Resource resource;
     resource.type = {segments[0], segments[1], segments[2]};
     constexpr std::string_view familyMark = "!poly";
     std::string& name = resource.type.name;
     if (name.size() > familyMark.size() && name.substr(name.size() - familyMark.size()) == familyMark) {
         name.resize(name.size() - familyMark.size());
-        resource.kind = Resource::Kind::Family;
+        resource.kind = Call::Kind::Family;
     }
     requireName(resource.type.schema);
     requireName(name);
     if (segments.size() == 4 && segments[3] == "$count") {
-        resource.kind = Resource::Kind::Count;
+        resource.kind = Call::Kind::Count;
     } else if (segments.size() > 3) {
         resource.id = segments[3];
         resource.last = segments.back();
-        resource.kind = segments.size() == 4                           ? Resource::Kind::ById
-                        : hasFinalSlash                                ? Resource::Kind::Instance
-                        : resource.last == "$file"                     ? Resource::Kind::File
-                        : resource.last.find('-') != std::string::npos ? Resource::Kind::Related
-                                                                       : Resource::Kind::Records;
+        resource.kind = segments.size() == 4                           ? Call::Kind::ById
+                        : hasFinalSlash                                ? Call::Kind::Instance
+                        : resource.last == "$file"                     ? Call::Kind::File
+                        : resource.last.find('-') != std::string::npos ? Call::Kind::Related
+                                                                       : Call::Kind::Records;
     }
-    return resource;
 }
 
 NewRelationship parseRelationship(const std::string& location, const std::string& text) {
@@ -150,18 +88,10 @@ Content parseContent(const std::string& body) {
     if (body.empty()) {
         return {};
     }
-    Json envelope;
-    try {
-        envelope = Json::parse(body, [](int depth, Json::parse_event_t event, Json& /*value*/) {
-            const bool opens = event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start;
-            if (opens && depth >= maxNesting) { // It counts those around.
-                throw ServiceError(400, "The body is nested more than " + std::to_string(maxNesting) + " deep");
-            }
-            return true;
-        });
-    } catch (const Json::exception& error) {
-        throw ServiceError(400, std::string("The body is not JSON: ") + error.what());
+    if (body.size() > maxEnvelopeBytes) {
+        throw ServiceError(413, "At most " + std::to_string(maxEnvelopeBytes) + " bytes of JSON are accepted");
     }
+    Json envelope = parseJson(body, maxNesting, maxEnvelopeValues);
     if (envelope.is_null()) {
         return {};
     }
@@ -170,11 +100,9 @@ Content parseContent(const std::string& body) {
         throw ServiceError(400, "The body is not an envelope: expected an object with an object \"instance\"");
     }
     Content content;
-    if (const Json* properties = member(*instance, "properties")) {
-        if (!properties->is_object()) {
-            throw ServiceError(400, "The body is not an envelope: \"properties\" is not an object");
-        }
-        content.properties = *properties;
+    const Json* properties = member(*instance, "properties");
+    if (properties != nullptr && !properties->is_object()) {
+        throw ServiceError(400, "The body is not an envelope: \"properties\" is not an object");
     }
     for (const char* name : {"instanceId", "schemaName", "className", "eTag"}) {
         if (const Json* value = member(*instance, name); value != nullptr && !value->is_string()) {
@@ -184,15 +112,107 @@ Content parseContent(const std::string& body) {
     if (const Json* eTag = member(*instance, "eTag")) {
         content.eTag = eTag->get<std::string>();
     }
+    if (properties != nullptr) {
+        content.properties = std::move(envelope["instance"]["properties"]);
+    }
     return content;
 }
 
-std::string normalise(const std::string& basePath) {
-    const std::size_t begin = basePath.find_first_not_of('/');
-    return begin == std::string::npos ? "" : "/" + basePath.substr(begin, basePath.find_last_not_of('/') + 1 - begin);
+const char* allowedMethods(Call::Kind kind) {
+    switch (kind) {
+    case Call::Kind::Class:
+    case Call::Kind::Records:
+        return "GET, HEAD, POST";
+    case Call::Kind::Instance:
+        return "GET, HEAD, POST, DELETE";
+    case Call::Kind::File:
+        return "GET, HEAD, PUT";
+    case Call::Kind::Related:
+        return "POST";
+    default:
+        return "GET, HEAD";
+    }
+}
+
+const char* operationOf(const std::string& method, Call::Kind kind) {
+    if (method == "GET" || method == "HEAD") {
+        return kind == Call::Kind::Count      ? "count"
+               : kind == Call::Kind::Instance ? "get"
+               : kind == Call::Kind::File     ? "download"
+               : kind == Call::Kind::Related  ? nullptr
+                                              : "list";
+    }
+    if (method == "POST") {
+        return kind == Call::Kind::Class || kind == Call::Kind::Records ? "insert"
+               : kind == Call::Kind::Instance                           ? "update"
+               : kind == Call::Kind::Related                            ? "relate"
+                                                                        : nullptr;
+    }
+    return method == "PUT" && kind == Call::Kind::File          ? "upload"
+           : method == "DELETE" && kind == Call::Kind::Instance ? "delete"
+                                                                : nullptr;
 }
 
 } // namespace
+
+std::string decode(std::string_view text, bool isQuery) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '%') {
+            const int high = i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
+            const int low = i + 2 < text.size() ? hexDigit(text[i + 2]) : -1;
+            if (high < 0 || low < 0) {
+                throw ServiceError(400, "The request address has a '%' without two hexadecimal digits after it");
+            }
+            result += static_cast<char>(high * 16 + low);
+            i += 2;
+        } else {
+            result += isQuery && text[i] == '+' ? ' ' : text[i];
+        }
+    }
+    try {
+        (void)Json(result).dump();
+    } catch (const Json::exception&) {
+        throw ServiceError(400, "The request address is not UTF-8");
+    }
+    const auto isControl = [&](char c) {
+        return c == '\0' || (!isQuery && (static_cast<unsigned char>(c) < 0x20 || c == 0x7F));
+    };
+    if (std::any_of(result.begin(), result.end(), isControl)) {
+        throw ServiceError(400, "The request address has a control character");
+    }
+    return result;
+}
+
+QueryOptions parseOptions(std::string_view query) {
+    QueryOptions options;
+    for (const std::string_view pair : split(query, '&')) {
+        const std::size_t equals = std::min(pair.find('='), pair.size());
+        if (!pair.empty()) {
+            const std::string_view value = equals < pair.size() ? pair.substr(equals + 1) : std::string_view();
+            options.emplace_back(decode(pair.substr(0, equals), true), decode(value, true));
+        }
+    }
+    return options;
+}
+
+Json parseJson(const std::string& text, int levels, std::size_t values) {
+    std::size_t count = 0;
+    try {
+        return Json::parse(text, [&](int depth, Json::parse_event_t event, Json& /*value*/) {
+            const bool opens = event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start;
+            if ((opens || event == Json::parse_event_t::value) && ++count > values) {
+                throw ServiceError(413, "At most " + std::to_string(values) + " values are accepted in a body");
+            }
+            if (opens && depth >= levels) { // It counts those around.
+                throw ServiceError(400, "The body is nested more than " + std::to_string(levels) + " deep");
+            }
+            return true;
+        });
+    } catch (const Json::exception& error) {
+        throw ServiceError(400, std::string("The body is not JSON: ") + error.what());
+    }
+}
 
 Reply errorReply(int status, const std::string& description) {
     struct Known {
@@ -204,7 +224,14 @@ Reply errorReply(int status, const std::string& description) {
                            {404, "NotFound", "There is nothing at this address."},
                            {405, "MethodNotAllowed", "This address doesn't take this method."},
                            {409, "Conflict", "The instance was changed meanwhile."},
+                           {401, "Unauthorized", "A valid token is needed."},
+                           {403, "Forbidden", "This is not for everyone."},
+                           {408, "RequestTimeout", "The request did not come in time."},
                            {413, "PayloadTooLarge", "The request body is too large."},
+                           {414, "UriTooLong", "The request address is too long."},
+                           {415, "UnsupportedMediaType", "The request body has an unknown coding."},
+                           {431, "RequestHeaderFieldsTooLarge", "The request headers are too large."},
+                           {503, "ServiceUnavailable", "The repository has too much to do."},
                            {500, "InternalError", "The repository failed."},
                            {status, "RequestFailed", "The request can't be served."}};
     const Known* entry = known;
@@ -215,85 +242,82 @@ Reply errorReply(int status, const std::string& description) {
             toText({{"errorId", entry->id}, {"errorMessage", entry->message}, {"errorDescription", description}})};
 }
 
-Routes::Routes(Store& store, const std::string& basePath) : m_store(store), m_basePath(normalise(basePath)) {}
+bool Call::isChange() const {
+    return operation != "list" && operation != "count" && operation != "get" && operation != "download";
+}
 
-Reply Routes::handle(const std::string& method, const std::string& target, const std::string& body) const {
+Call readCall(const std::string& method, std::string_view target, const std::string& basePath) {
+    const std::size_t question = std::min(target.find('?'), target.size());
+    const std::string_view path = target.substr(0, question);
+    const std::string root = basePath + protocolRoot;
+    if (path.substr(0, root.size()) != root) {
+        throw ServiceError(404, "Paths here begin with " + root);
+    }
+    Call call;
+    readPath(path.substr(root.size()), call);
+    const QueryOptions options =
+        parseOptions(question < target.size() ? target.substr(question + 1) : std::string_view());
+    const char* operation = operationOf(method, call.kind);
+    if (operation == nullptr) {
+        const char* allowed = allowedMethods(call.kind);
+        throw ServiceError(405, method + " is not one of " + allowed, allowed);
+    }
+    call.operation = operation;
+    call.subject = call.type;
+    if (call.kind == Call::Kind::Related) {
+        call.subject = parseRelationship(call.type.location, call.last).target;
+    } else if (call.kind == Call::Kind::Records) {
+        call.subject.name = call.last;
+    }
+    call.query.emplace(options, call.operation == "list"  ? Query::Accepts::All
+                                : call.operation == "get" ? Query::Accepts::Select
+                                                          : Query::Accepts::None);
+    return call;
+}
+
+Reply carryOut(Store& store, const Call& call, const std::string& body) {
+    using Kind = Call::Kind;
+    const auto& type = call.type;
+    switch (call.kind) {
+    case Kind::Class:
+    case Kind::Family:
+        return call.isChange() ? Reply(201, store.insert(type, parseContent(body)))
+                               : Reply(200, store.list(type, call.kind == Kind::Family, *call.query));
+    case Kind::Count:
+        return {200, store.count(type)};
+    case Kind::ById:
+        return {200, store.listById(type, call.id, *call.query)};
+    case Kind::Instance:
+        if (call.operation == "delete") {
+            store.remove(type, call.id);
+            return {204, "", ""};
+        }
+        return {200, call.isChange() ? store.update(type, call.id, parseContent(body))
+                                     : store.get(type, call.id, *call.query)};
+    case Kind::File:
+        return call.isChange() ? Reply(200, store.putFile(type, call.id, body))
+                               : Reply(200, store.file(type, call.id), "application/octet-stream");
+    case Kind::Records:
+        return call.isChange() ? Reply(201, store.insertRecord(type, call.id, call.last, parseContent(body)))
+                               : Reply(200, store.listRecords(type, call.id, call.last, *call.query));
+    case Kind::Related:
+        break;
+    }
+    return {201, store.insertRelated(type, call.id, parseRelationship(type.location, call.last), parseContent(body))};
+}
+
+Reply currentFailure() {
     try {
-        return answer(method, target, body);
+        throw;
     } catch (const ServiceError& error) {
         Reply reply = errorReply(error.status(), error.what());
-        reply.allow = error.allowedMethods();
+        if (!error.allowedMethods().empty()) {
+            reply.headers.emplace_back("Allow", error.allowedMethods());
+        }
         return reply;
     } catch (const std::exception& error) {
         return errorReply(500, error.what());
     }
-}
-
-Reply Routes::answer(const std::string& method, const std::string& target, const std::string& body) const {
-    using Kind = Resource::Kind;
-    using Accepts = Query::Accepts;
-
-    const std::size_t question = std::min(target.find('?'), target.size());
-    const std::string path = target.substr(0, question);
-    const std::string root = m_basePath + protocolRoot;
-    if (path.compare(0, root.size(), root) != 0) {
-        throw ServiceError(404, "Paths here begin with " + root);
-    }
-    const Resource resource = parseResource(std::string_view(path).substr(root.size()));
-    const auto& [kind, type, id, last] = resource;
-    const QueryOptions options =
-        parseOptions(question < target.size() ? std::string_view(target).substr(question + 1) : std::string_view());
-    const auto ok = [](const Json& json) { return Reply(200, toText(json)); };
-    const auto created = [](const Json& json) { return Reply(201, toText(json)); };
-
-    if (method == "GET" || method == "HEAD") {
-        const bool isList = kind == Kind::Class || kind == Kind::Family || kind == Kind::ById || kind == Kind::Records;
-        const Query query(options, isList ? Accepts::All : kind == Kind::Instance ? Accepts::Select : Accepts::None);
-        switch (kind) {
-        case Kind::Class:
-        case Kind::Family:
-            return ok(m_store.list(type, kind == Kind::Family, query));
-        case Kind::Count:
-            return ok(m_store.count(type));
-        case Kind::Instance:
-            return ok(m_store.get(type, id, query));
-        case Kind::ById:
-            return ok(m_store.listById(type, id, query));
-        case Kind::File:
-            return {200, m_store.file(type, id), "application/octet-stream"};
-        case Kind::Records:
-            return ok(m_store.listRecords(type, id, last, query));
-        case Kind::Related:
-            break;
-        }
-    } else if (method == "POST") {
-        const Query none(options, Accepts::None);
-        switch (kind) {
-        case Kind::Class:
-            return created(m_store.insert(type, parseContent(body)));
-        case Kind::Instance:
-            return ok(m_store.update(type, id, parseContent(body)));
-        case Kind::Records:
-            return created(m_store.insertRecord(type, id, last, parseContent(body)));
-        case Kind::Related:
-            return created(m_store.insertRelated(type, id, parseRelationship(type.location, last), parseContent(body)));
-        default:
-            break;
-        }
-    } else if (method == "PUT" && kind == Kind::File) {
-        const Query none(options, Accepts::None);
-        return ok(m_store.putFile(type, id, body));
-    } else if (method == "DELETE" && kind == Kind::Instance) {
-        const Query none(options, Accepts::None);
-        m_store.remove(type, id);
-        return {204, "", ""};
-    }
-    const char* allowed = kind == Kind::Class || kind == Kind::Records ? "GET, HEAD, POST"
-                          : kind == Kind::Instance                     ? "GET, HEAD, POST, DELETE"
-                          : kind == Kind::File                         ? "GET, HEAD, PUT"
-                          : kind == Kind::Related                      ? "POST"
-                                                                       : "GET, HEAD";
-    throw ServiceError(405, method + " is not one of " + allowed, allowed);
 }
 
 } // namespace VarnelAPI::Forms::repository

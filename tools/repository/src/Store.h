@@ -1,22 +1,14 @@
 #pragma once
 
 #include "Database.h"
+#include "Instances.h"
 #include "Json.h"
 #include "Query.h"
 
-#include <cstdint>
-#include <mutex>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace VarnelAPI::Forms::repository {
-
-/// A class of one location's repository.
-struct ClassName {
-    std::string location;
-    std::string schema;
-    std::string name;
-};
 
 /// What an insert or update gives: the properties, and the tag of the state that the caller has seen, or "".
 struct Content {
@@ -38,65 +30,59 @@ struct NewRelationship {
 /// - A record belongs to one instance, its owner, and goes with it, unless its class outlives owners.
 /// - Every change gives the instance a new eTag and, unless it is a record, writes an audit record.
 ///
-/// Results are envelopes. What is missing is a ServiceError 404, a stale tag 409. Each call is one transaction; one
-/// lock around the only connection makes the calls safe from any thread.
+/// Results are the texts of envelopes. What is missing is a ServiceError 404, a stale tag 409. Each call is one
+/// transaction. All may be called from any thread: reads see what was committed when they began, beside each other and
+/// beside a change; changes wait for each other.
 class Store {
 public:
     /// @throws std::runtime_error when the file can't be used
     explicit Store(const std::string& file);
 
-    Json list(const ClassName& type, bool withSubclasses, const Query& query);
+    std::string list(const ClassName& type, bool withSubclasses, const Query& query);
     /// The instance of this id as a list; if there is none, the class's records that belong to an instance of this id.
-    Json listById(const ClassName& type, const std::string& id, const Query& query);
-    Json listRecords(const ClassName& ownerType, const std::string& ownerId, const std::string& recordClass,
-                     const Query& query);
+    std::string listById(const ClassName& type, const std::string& id, const Query& query);
+    std::string listRecords(const ClassName& ownerType, const std::string& ownerId, const std::string& recordClass,
+                            const Query& query);
     /// One row for each class that has instances; a row of 0 when none has.
-    Json count(const ClassName& type);
-    Json get(const ClassName& type, const std::string& id, const Query& query);
+    std::string count(const ClassName& type);
+    std::string get(const ClassName& type, const std::string& id, const Query& query);
 
-    Json insert(const ClassName& type, const Content& content);
-    Json insertRecord(const ClassName& ownerType, const std::string& ownerId, const std::string& recordClass,
-                      const Content& content);
-    Json insertRelated(const ClassName& type, const std::string& id, const NewRelationship& relationship,
-                       const Content& content);
-    Json update(const ClassName& type, const std::string& id, const Content& content);
+    std::string insert(const ClassName& type, const Content& content);
+    std::string insertRecord(const ClassName& ownerType, const std::string& ownerId, const std::string& recordClass,
+                             const Content& content);
+    std::string insertRelated(const ClassName& type, const std::string& id, const NewRelationship& relationship,
+                              const Content& content);
+    std::string update(const ClassName& type, const std::string& id, const Content& content);
     void remove(const ClassName& type, const std::string& id);
 
     std::string file(const ClassName& type, const std::string& id);
-    Json putFile(const ClassName& type, const std::string& id, std::string_view bytes);
+    std::string putFile(const ClassName& type, const std::string& id, std::string_view bytes);
+
+    /// As a new database; no change is under way meanwhile.
+    void reset();
+    /// All or nothing of a seed; see Seed.h.
+    void seed(const std::string& text);
+    std::string dump();
+
+    /// Calls it with a connection that sees what was committed before.
+    template <class Work>
+    auto read(Work work) {
+        Connections::Reading reading(m_connections);
+        const Transaction snapshot(reading.database(), Transaction::Kind::Read);
+        return work(reading.database());
+    }
 
 private:
-    struct Instance {
-        std::int64_t number = 0;
-        std::string id;
-        std::string schema;
-        std::string className;
-        std::string eTag;
-        Json properties;
-    };
-
     template <class Work>
-    auto read(Work work);
-    template <class Work>
-    auto change(Work work);
+    auto change(Work work) {
+        Connections::Writing writing(m_connections);
+        Transaction transaction(writing.database(), Transaction::Kind::Write);
+        auto result = work(writing.database());
+        transaction.commit();
+        return result;
+    }
 
-    static Instance instanceAt(Statement& row, int column);
-    static Json contentOf(const Instance& instance);
-    static Json changed(const char* kind, const Instance& instance);
-    Instance find(const ClassName& type, const std::string& id);
-    Json envelope(Statement& rows, const Query& query);
-    Json withRelationships(Json content, std::int64_t number);
-
-    ClassName recordType(const ClassName& ownerType, const std::string& recordClass);
-    bool isRecordClass(const std::string& schema, const std::string& name);
-    Instance add(const ClassName& type, const Content& content, const std::string& owner);
-    void produceFile(const Instance& instance);
-    void storeFile(const Instance& instance, std::string_view bytes);
-    void audit(const std::string& location, const char* action, const Instance& instance, const Json& before,
-               const Json& after);
-
-    std::mutex m_mutex;
-    Database m_database;
+    Connections m_connections;
 };
 
 } // namespace VarnelAPI::Forms::repository

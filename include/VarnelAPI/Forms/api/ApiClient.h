@@ -3,9 +3,11 @@
 #include <VarnelAPI/Forms/api/ApiConfiguration.h>
 #include <VarnelAPI/Forms/model/HttpContent.h>
 #include <VarnelAPI/Forms/model/IHttpBody.h>
+#include <VarnelAPI/Forms/model/NarrowText.h>
 
-#include <cpprest/asyncrt_utils.h>
-#include <pplx/pplxtasks.h>
+namespace VarnelAPI::Forms::transport {
+class CallOptions;
+} // namespace VarnelAPI::Forms::transport
 
 namespace VarnelAPI::Forms::api {
 
@@ -21,8 +23,15 @@ public:
     ApiClient& operator=(const ApiClient&);
     virtual ~ApiClient();
 
-    std::shared_ptr<ApiConfiguration> getConfiguration() const;
-    void setConfiguration(std::shared_ptr<ApiConfiguration> configuration);
+    std::shared_ptr<ApiConfiguration> getConfiguration() const;             ///< Shared with the caller.
+    void setConfiguration(std::shared_ptr<ApiConfiguration> configuration); ///< For later calls.
+
+    /// A client whose calls want what `options` say and, where they say nothing, what the calls of this client want. It
+    /// is cheap, shares everything else with this client, later changes of the configuration and another one included,
+    /// and needs this client no more.
+    std::shared_ptr<ApiClient> with(const transport::CallOptions& options) const;
+    /// What the calls of this client want; an empty pointer if that is nothing.
+    std::shared_ptr<const transport::CallOptions> getCallOptions() const;
 
     /// Sends one request. The resource operations are made of this; call it for what they don't offer, for example to
     /// store a file's bytes:
@@ -50,8 +59,9 @@ public:
     ///     with another content type than "multipart/form-data".
     /// @throws std::invalid_argument, at once, if there is no configuration; if the path, the method, the name or value
     ///     of a header, or the name, file name or type of a part holds CR, LF or NUL; if the method or a header's name
-    ///     is not one word; if a header is Content-Length or Transfer-Encoding, which follow from the body; if a file
-    ///     parameter is an empty pointer or has no data; or if `path` names a host or has a fragment.
+    ///     is not one word; if a header is Transfer-Encoding, or a Content-Length other than the body's, which both
+    ///     follow from the body; if a file parameter is an empty pointer or has no data; or if `path` names a host or
+    ///     has a fragment.
     /// @throws web::uri_exception and std::invalid_argument of the HTTP library, at once, for an unusable base URL or
     ///     path; and whatever `postBody` throws when it is written.
     pplx::task<web::http::http_response>
@@ -69,6 +79,8 @@ public:
     static utility::string_t parameterToString(utility::string_t value);
     /// A literal is a text. Without this overload it would convert to bool.
     static utility::string_t parameterToString(const utility::char_t* value);
+    template <class Narrow, typename model::text_is_wide_write_XPLATSTR_or_to_string_t<Narrow>::type = 0>
+    static utility::string_t parameterToString(const Narrow& value) = delete;
     static utility::string_t parameterToString(int32_t value);
     static utility::string_t parameterToString(int64_t value);
     /// Six digits after the point.
@@ -77,12 +89,16 @@ public:
     /// "true" or "false".
     static utility::string_t parameterToString(bool value);
     /// ISO 8601, in UTC.
-    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59.999Z.
     static utility::string_t parameterToString(const utility::datetime& value);
     /// @}
 
 private:
-    std::shared_ptr<ApiConfiguration> m_Configuration;
+    /// Shared with the clients that `with` made of one another, but not with copies.
+    struct Shared;
+
+    std::shared_ptr<Shared> m_Shared;
+    std::shared_ptr<const transport::CallOptions> m_Options;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <VarnelAPI/Forms/detail/Export.h>
-
-#include <cpprest/http_client.h>
+#include <VarnelAPI/Forms/detail/HttpClientLibrary.h>
+#include <VarnelAPI/Forms/transport/Transport.h>
 
 #include <map>
 
@@ -38,6 +38,11 @@ public:
     const web::http::client::http_client_config& getHttpConfig() const;
     void setHttpConfig(web::http::client::http_client_config& value);
 
+    /// What carries the calls: an empty pointer, unless one was set, for `transport::freshConnections()`. Copies of a
+    /// configuration share it.
+    std::shared_ptr<transport::Transport> getTransport() const;
+    void setTransport(std::shared_ptr<transport::Transport> value);
+
     /// The key stored under exactly this prefix, or an empty text. API keys are kept for the caller's own use: no
     /// request sends them.
     utility::string_t getApiKey(const utility::string_t& prefix) const;
@@ -49,6 +54,7 @@ private:
     std::map<utility::string_t, utility::string_t> m_ApiKeys;
     web::http::client::http_client_config m_HttpConfig;
     utility::string_t m_UserAgent;
+    std::shared_ptr<transport::Transport> m_Transport;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <VarnelAPI/Forms/detail/Export.h>
-
-#include <cpprest/http_msg.h>
+#include <VarnelAPI/Forms/detail/HttpClientLibrary.h>
 
 #include <iosfwd>
 #include <map>
@@ -29,7 +28,8 @@ namespace VarnelAPI::Forms::api {
 /// @endcode
 class VARNEL_FORMS_API ApiException : public web::http::http_exception {
 public:
-    ApiException(int errorCode, const utility::string_t& message, std::shared_ptr<std::istream> content);
+    ApiException(int errorCode, const utility::string_t& message,
+                 std::shared_ptr<std::istream> content); ///< No headers.
     /// Copies the headers.
     ApiException(int errorCode, const utility::string_t& message,
                  std::map<utility::string_t, utility::string_t>& headers, std::shared_ptr<std::istream> content);

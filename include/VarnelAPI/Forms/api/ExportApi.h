@@ -1,20 +1,20 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/BcfExport.h>
 
 namespace VarnelAPI::Forms::api {
 
 /// Jobs that export issues to a BCF (BIM Collaboration Format) file.
-/// What holds for all operations is said at `detail::ResourceApi`.
-class VARNEL_FORMS_API ExportApi : public detail::ResourceApi {
+/// What holds for all operations is said at `ResourceApi`.
+class VARNEL_FORMS_API ExportApi : public ResourceApi {
 public:
     using ResourceApi::ResourceApi;
 
     /// Creates a BCF export; yields it as the service stored it.
     /// POST `{location}/Bcf/Export`
-    detail::ModelTask<model::BcfExportChangedInstance>
-    insert_BcfExport(const utility::string_t& location, const detail::Body<model::BcfExportInstance>& body) const;
+    ModelTask<model::BcfExportChangedInstance> insert_BcfExport(const utility::string_t& location,
+                                                                const Body<model::BcfExportInstance>& body) const;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/Forms_EC_MappingForm.h>
 #include <VarnelAPI/Forms/model/Forms_EC_MappingProjectMember.h>
 #include <VarnelAPI/Forms/model/PlexumProjectRole.h>
 
 namespace VarnelAPI::Forms::api {
 
-/// Forms, and the members and roles of the project. What holds for all operations is said at `detail::ResourceApi`.
-class VARNEL_FORMS_API FormApi : public detail::ResourceApi {
+/// Forms, and the members and roles of the project. What holds for all operations is said at `ResourceApi`.
+class VARNEL_FORMS_API FormApi : public ResourceApi {
 public:
     using ResourceApi::ResourceApi;
 
@@ -19,54 +19,53 @@ public:
 
     /// Reads the form `instanceId`, all of it or the properties that `select` names.
     /// GET `{location}/Forms_EC_Mapping/Form/{instanceId}/`
-    detail::ModelTask<model::Forms_EC_MappingFormInstance>
+    ModelTask<model::Forms_EC_MappingFormInstance>
     get_FormsECMappingForm_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                      const detail::TextOption& select = boost::none) const;
+                                      const TextOption& select = boost::none) const;
 
     /// Creates a form; yields it as the service stored it.
     /// POST `{location}/Forms_EC_Mapping/Form`
-    detail::ModelTask<model::Forms_EC_MappingFormChangedInstance>
+    ModelTask<model::Forms_EC_MappingFormChangedInstance>
     insert_FormsECMappingForm(const utility::string_t& location,
-                              const detail::Body<model::Forms_EC_MappingFormInstance>& body) const;
+                              const Body<model::Forms_EC_MappingFormInstance>& body) const;
 
     /// Creates a form and relates it to the issue `issueID` of class `issueClassName`, in one request; yields the form.
     /// The last segment of the path names the relationship, its direction and the class of the form.
     /// POST `{projectID}/DynamicSchema/{issueClassName}/{issueID}/FormData-forward-Forms_EC_Mapping.Form`
-    detail::ModelTask<model::Forms_EC_MappingFormChangedInstance>
+    ModelTask<model::Forms_EC_MappingFormChangedInstance>
     insert_FormsECMappingFormRelatedToIssue(const utility::string_t& projectID, const utility::string_t& issueClassName,
                                             const utility::string_t& issueID,
-                                            const detail::Body<model::Forms_EC_MappingFormInstance>& body) const;
+                                            const Body<model::Forms_EC_MappingFormInstance>& body) const;
 
     /// Lists the forms.
     /// GET `{location}/Forms_EC_Mapping/Form`
-    detail::ModelTask<model::Forms_EC_MappingFormInstances> select_FormsECMappingForm(
-        const utility::string_t& location, const detail::TextOption& filter = boost::none,
-        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-        const detail::TextOption& filtersettings = boost::none, const detail::NumberOption& skip = boost::none,
-        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::Forms_EC_MappingFormInstances>
+    select_FormsECMappingForm(const utility::string_t& location, const TextOption& filter = boost::none,
+                              const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                              const TextOption& filtersettings = boost::none, const NumberOption& skip = boost::none,
+                              const NumberOption& top = boost::none) const;
 
     /// Lists the members of the project, people and roles.
     /// GET `{location}/Plexum/ProjectMember`
-    detail::ModelTask<model::Forms_EC_MappingProjectMemberInstances> select_ProjectMembers(
-        const utility::string_t& location, const detail::TextOption& filter = boost::none,
-        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-        const detail::TextOption& filtersettings = boost::none, const detail::NumberOption& skip = boost::none,
-        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::Forms_EC_MappingProjectMemberInstances>
+    select_ProjectMembers(const utility::string_t& location, const TextOption& filter = boost::none,
+                          const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                          const TextOption& filtersettings = boost::none, const NumberOption& skip = boost::none,
+                          const NumberOption& top = boost::none) const;
 
     /// Lists the roles of the project.
     /// GET `{location}/Plexum/ProjectRole`
-    detail::ModelTask<model::PlexumProjectRoleInstances>
-    select_ProjectRoles(const utility::string_t& location, const detail::TextOption& filter = boost::none,
-                        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-                        const detail::TextOption& filtersettings = boost::none,
-                        const detail::NumberOption& skip = boost::none,
-                        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::PlexumProjectRoleInstances>
+    select_ProjectRoles(const utility::string_t& location, const TextOption& filter = boost::none,
+                        const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                        const TextOption& filtersettings = boost::none, const NumberOption& skip = boost::none,
+                        const NumberOption& top = boost::none) const;
 
     /// Changes the form `instanceId`; yields it as the service stored it.
     /// POST `{location}/Forms_EC_Mapping/Form/{instanceId}/`
-    detail::ModelTask<model::Forms_EC_MappingFormChangedInstance>
+    ModelTask<model::Forms_EC_MappingFormChangedInstance>
     update_FormsECMappingForm(const utility::string_t& location, const utility::string_t& instanceId,
-                              const detail::Body<model::Forms_EC_MappingFormInstance>& body) const;
+                              const Body<model::Forms_EC_MappingFormInstance>& body) const;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/Forms_EC_MappingFormDefinition.h>
 
 namespace VarnelAPI::Forms::api {
 
-/// Form templates. What holds for all operations is said at `detail::ResourceApi`.
-class VARNEL_FORMS_API FormDefinitionApi : public detail::ResourceApi {
+/// Form templates. What holds for all operations is said at `ResourceApi`.
+class VARNEL_FORMS_API FormDefinitionApi : public ResourceApi {
 public:
     using ResourceApi::ResourceApi;
 
@@ -17,29 +17,30 @@ public:
 
     /// Reads the form definition `instanceId`, all of it or the properties that `select` names.
     /// GET `{location}/Forms_EC_Mapping/FormDefinition/{instanceId}/`
-    detail::ModelTask<model::Forms_EC_MappingFormDefinitionInstance>
+    ModelTask<model::Forms_EC_MappingFormDefinitionInstance>
     get_FormsECMappingFormDefinition_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                                const detail::TextOption& select = boost::none) const;
+                                                const TextOption& select = boost::none) const;
 
     /// Creates a form definition; yields it as the service stored it.
     /// POST `{location}/Forms_EC_Mapping/FormDefinition`
-    detail::ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
+    ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
     insert_FormsECMappingFormDefinition(const utility::string_t& location,
-                                        const detail::Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const;
+                                        const Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const;
 
     /// Lists the form definitions, with the definitions as JSON: the query option "definitionFormat" is always "json".
     /// GET `{location}/Forms_EC_Mapping/FormDefinition`
-    detail::ModelTask<model::Forms_EC_MappingFormDefinitionInstances> select_FormsECMappingFormDefinition(
-        const utility::string_t& location, const detail::TextOption& filter = boost::none,
-        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-        const detail::TextOption& filtersettings = boost::none, const detail::NumberOption& skip = boost::none,
-        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::Forms_EC_MappingFormDefinitionInstances>
+    select_FormsECMappingFormDefinition(const utility::string_t& location, const TextOption& filter = boost::none,
+                                        const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                                        const TextOption& filtersettings = boost::none,
+                                        const NumberOption& skip = boost::none,
+                                        const NumberOption& top = boost::none) const;
 
     /// Changes the form definition `instanceId`; yields it as the service stored it.
     /// POST `{location}/Forms_EC_Mapping/FormDefinition/{instanceId}/`
-    detail::ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
+    ModelTask<model::Forms_EC_MappingFormDefinitionChangedInstance>
     update_FormsECMappingFormDefinition(const utility::string_t& location, const utility::string_t& instanceId,
-                                        const detail::Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const;
+                                        const Body<model::Forms_EC_MappingFormDefinitionInstance>& body) const;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/ListsListGroup.h>
 
 namespace VarnelAPI::Forms::api {
 
-/// Groups of pick lists. What holds for all operations is said at `detail::ResourceApi`.
-class VARNEL_FORMS_API ListGroupApi : public detail::ResourceApi {
+/// Groups of pick lists. What holds for all operations is said at `ResourceApi`.
+class VARNEL_FORMS_API ListGroupApi : public ResourceApi {
 public:
     using ResourceApi::ResourceApi;
 
@@ -22,29 +22,28 @@ public:
 
     /// Reads the list group `instanceId`, all of it or the properties that `select` names.
     /// GET `{location}/Lists/ListGroup/{instanceId}/`
-    detail::ModelTask<model::ListsListGroupInstance>
+    ModelTask<model::ListsListGroupInstance>
     get_ListsListGroup_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                  const detail::TextOption& select = boost::none) const;
+                                  const TextOption& select = boost::none) const;
 
     /// Creates a list group; yields it as the service stored it.
     /// POST `{location}/Lists/ListGroup`
-    detail::ModelTask<model::ListsListGroupChangedInstance>
-    insert_ListsListGroup(const utility::string_t& location,
-                          const detail::Body<model::ListsListGroupInstance>& body) const;
+    ModelTask<model::ListsListGroupChangedInstance>
+    insert_ListsListGroup(const utility::string_t& location, const Body<model::ListsListGroupInstance>& body) const;
 
     /// Lists the list groups.
     /// GET `{location}/Lists/ListGroup`
-    detail::ModelTask<model::ListsListGroupInstances> select_ListsListGroup(
-        const utility::string_t& location, const detail::TextOption& filter = boost::none,
-        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-        const detail::TextOption& filtersettings = boost::none, const detail::NumberOption& skip = boost::none,
-        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::ListsListGroupInstances>
+    select_ListsListGroup(const utility::string_t& location, const TextOption& filter = boost::none,
+                          const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                          const TextOption& filtersettings = boost::none, const NumberOption& skip = boost::none,
+                          const NumberOption& top = boost::none) const;
 
     /// Changes the list group `instanceId`; yields it as the service stored it.
     /// POST `{location}/Lists/ListGroup/{instanceId}/`
-    detail::ModelTask<model::ListsListGroupChangedInstance>
+    ModelTask<model::ListsListGroupChangedInstance>
     update_ListsListGroup(const utility::string_t& location, const utility::string_t& instanceId,
-                          const detail::Body<model::ListsListGroupInstance>& body) const;
+                          const Body<model::ListsListGroupInstance>& body) const;
 };
 
 } // namespace VarnelAPI::Forms::api

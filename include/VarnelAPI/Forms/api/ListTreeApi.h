@@ -1,12 +1,12 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/ResourceApi.h>
+#include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/ListsListTree.h>
 
 namespace VarnelAPI::Forms::api {
 
-/// Trees of pick lists. What holds for all operations is said at `detail::ResourceApi`.
-class VARNEL_FORMS_API ListTreeApi : public detail::ResourceApi {
+/// Trees of pick lists. What holds for all operations is said at `ResourceApi`.
+class VARNEL_FORMS_API ListTreeApi : public ResourceApi {
 public:
     using ResourceApi::ResourceApi;
 
@@ -17,29 +17,28 @@ public:
 
     /// Reads the list tree `instanceId`, all of it or the properties that `select` names.
     /// GET `{location}/Lists/ListTree/{instanceId}/`
-    detail::ModelTask<model::ListsListTreeInstance>
-    get_ListsListTree_instanceId(const utility::string_t& location, const utility::string_t& instanceId,
-                                 const detail::TextOption& select = boost::none) const;
+    ModelTask<model::ListsListTreeInstance> get_ListsListTree_instanceId(const utility::string_t& location,
+                                                                         const utility::string_t& instanceId,
+                                                                         const TextOption& select = boost::none) const;
 
     /// Creates a list tree; yields it as the service stored it.
     /// POST `{location}/Lists/ListTree`
-    detail::ModelTask<model::ListsListTreeChangedInstance>
-    insert_ListsListTree(const utility::string_t& location,
-                         const detail::Body<model::ListsListTreeInstance>& body) const;
+    ModelTask<model::ListsListTreeChangedInstance>
+    insert_ListsListTree(const utility::string_t& location, const Body<model::ListsListTreeInstance>& body) const;
 
     /// Lists the list trees.
     /// GET `{location}/Lists/ListTree`
-    detail::ModelTask<model::ListsListTreeInstances> select_ListsListTree(
-        const utility::string_t& location, const detail::TextOption& filter = boost::none,
-        const detail::TextOption& select = boost::none, const detail::TextOption& orderby = boost::none,
-        const detail::TextOption& filtersettings = boost::none, const detail::NumberOption& skip = boost::none,
-        const detail::NumberOption& top = boost::none) const;
+    ModelTask<model::ListsListTreeInstances>
+    select_ListsListTree(const utility::string_t& location, const TextOption& filter = boost::none,
+                         const TextOption& select = boost::none, const TextOption& orderby = boost::none,
+                         const TextOption& filtersettings = boost::none, const NumberOption& skip = boost::none,
+                         const NumberOption& top = boost::none) const;
 
     /// Changes the list tree `instanceId`; yields it as the service stored it.
     /// POST `{location}/Lists/ListTree/{instanceId}/`
-    detail::ModelTask<model::ListsListTreeChangedInstance>
+    ModelTask<model::ListsListTreeChangedInstance>
     update_ListsListTree(const utility::string_t& location, const utility::string_t& instanceId,
-                         const detail::Body<model::ListsListTreeInstance>& body) const;
+                         const Body<model::ListsListTreeInstance>& body) const;
 };
 
 } // namespace VarnelAPI::Forms::api

@@ -13,3 +13,11 @@
 #else
 #define VARNEL_FORMS_API __attribute__((visibility("default")))
 #endif
+
+/// Of what an exported class holds inline, g++ puts only into the DLL what the library itself needs there. This marks a
+/// constant whose address programs may need, too.
+#if defined(_WIN32) && defined(__GNUC__) && defined(VARNEL_FORMS_BUILDING)
+#define VARNEL_FORMS_DETAIL_KEPT [[gnu::used]]
+#else
+#define VARNEL_FORMS_DETAIL_KEPT
+#endif

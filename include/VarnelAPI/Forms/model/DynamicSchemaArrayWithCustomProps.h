@@ -9,8 +9,9 @@ namespace VarnelAPI::Forms::model {
 /// A list of custom values of one type, which is that of its first element when it is read. Elements are added by
 /// reading only; the setters replace.
 ///
-/// The element accessors check neither index nor type: keep indices from 0 to below `size()`, and call those of the
-/// type that was read. Debug builds of the library assert both.
+/// Elements of each type have a list of their own, and the element accessors give those of their type, whichever type
+/// is the current one. They don't check the index: keep it from 0 to below the number of elements of that type, which
+/// is `size()` for the current type. Debug builds of the library assert it.
 class VARNEL_FORMS_API DynamicSchemaArrayWithCustomProps : public ModelBase {
 public:
     DynamicSchemaArrayWithCustomProps();
@@ -41,18 +42,18 @@ public:
     /// Removes element `i`; does nothing if there is none.
     void remove(int i);
 
-    int& getInt(int i);
-    double& getDouble(int i);
+    int& getInt(int i);       ///< Element `i`.
+    double& getDouble(int i); ///< Element `i`.
     /// The element's byte, 1 or 0.
     uint8_t& getBool(int i);
-    utility::string_t& getStr(int i);
-    DynamicSchemaClassWithCustomProps& getObj(int i);
+    utility::string_t& getStr(int i);                 ///< Element `i`.
+    DynamicSchemaClassWithCustomProps& getObj(int i); ///< Element `i`.
 
-    void setInt(int i, int value);
-    void setDouble(int i, double value);
-    void setBool(int i, bool value);
-    void setStr(int i, const utility::string_t& value);
-    void setObj(int i, const DynamicSchemaClassWithCustomProps& value);
+    void setInt(int i, int value);                                      ///< Changes element `i`.
+    void setDouble(int i, double value);                                ///< Changes element `i`.
+    void setBool(int i, bool value);                                    ///< Changes element `i`.
+    void setStr(int i, const utility::string_t& value);                 ///< Changes element `i`.
+    void setObj(int i, const DynamicSchemaClassWithCustomProps& value); ///< Changes element `i`.
 
 private:
     enum class Type : int32_t { None, Integer, Double, Boolean, String, Object };

@@ -40,6 +40,8 @@ public:
     void setCustomProp(const utility::string_t& name, const utility::string_t& value);
     /// A literal is a text. Without this overload it would convert to bool.
     void setCustomProp(const utility::string_t& name, const utility::char_t* value);
+    template <class Narrow, typename text_is_wide_write_XPLATSTR_or_to_string_t<Narrow>::type = 0>
+    void setCustomProp(const utility::string_t& name, const Narrow& value) = delete;
     void setCustomProp(const utility::string_t& name, int value);
     void setCustomProp(const utility::string_t& name, double value);
     void setCustomProp(const utility::string_t& name, bool value);

@@ -1,31 +1,41 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// The stored file of an instance. Getters return copies.
-class VARNEL_FORMS_API DynamicSchemaFile : public detail::Model {
-    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name);
-    /// The size in bytes.
-    VARNEL_FORMS_PROPERTY(int64_t, Size, size);
-    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate);
-    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate);
+class VARNEL_FORMS_API DynamicSchemaFile : public Model {
+    VARNEL_FORMS_MODEL(DynamicSchemaFile);
 
-    VARNEL_FORMS_MODEL;
+    /// The name of the file.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name, "Name");
+    /// The size in bytes.
+    VARNEL_FORMS_PROPERTY(int64_t, Size, size, "Size");
+    /// When it was created.
+    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate, "CreatedDate");
+    /// When it was last modified.
+    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate, "ModifiedDate");
 };
 
-class VARNEL_FORMS_API DynamicSchemaFileInstanceContent : public detail::InstanceContentOf<DynamicSchemaFile> {};
-class VARNEL_FORMS_API DynamicSchemaFileInstance : public detail::InstanceOf<DynamicSchemaFileInstanceContent> {};
-class VARNEL_FORMS_API DynamicSchemaFileInstances : public detail::InstancesOf<DynamicSchemaFileInstanceContent> {};
+/// The identity and properties of a file.
+class VARNEL_FORMS_API DynamicSchemaFileInstanceContent : public InstanceContentOf<DynamicSchemaFile> {};
+/// One instance: a file with its identity.
+class VARNEL_FORMS_API DynamicSchemaFileInstance : public InstanceOf<DynamicSchemaFileInstanceContent> {};
+/// A list of files.
+class VARNEL_FORMS_API DynamicSchemaFileInstances : public InstancesOf<DynamicSchemaFileInstanceContent> {};
+/// What was done to a file, and how it is since.
 class VARNEL_FORMS_API DynamicSchemaFileChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<DynamicSchemaFileInstanceContent> {};
+    : public ChangedInstanceContentOf<DynamicSchemaFileInstanceContent> {};
+/// One change of files.
 class VARNEL_FORMS_API DynamicSchemaFileChangedInstance
-    : public detail::ChangedInstanceOf<DynamicSchemaFileChangedInstanceContent> {};
-class VARNEL_FORMS_API DynamicSchemaFileInstanceCount_properties : public detail::InstanceCountProperties {};
+    : public ChangedInstanceOf<DynamicSchemaFileChangedInstanceContent> {};
+/// What a count of files says.
+class VARNEL_FORMS_API DynamicSchemaFileInstanceCount_properties : public InstanceCountProperties {};
+/// A count of files, with its identity.
 class VARNEL_FORMS_API DynamicSchemaFileInstanceCount_instances
-    : public detail::CountInstanceOf<DynamicSchemaFileInstanceCount_properties> {};
-class VARNEL_FORMS_API DynamicSchemaFileInstanceCount
-    : public detail::InstancesOf<DynamicSchemaFileInstanceCount_instances> {};
+    : public CountInstanceOf<DynamicSchemaFileInstanceCount_properties> {};
+/// Counts of files, one per class.
+class VARNEL_FORMS_API DynamicSchemaFileInstanceCount : public InstancesOf<DynamicSchemaFileInstanceCount_instances> {};
 
 } // namespace VarnelAPI::Forms::model

@@ -1,36 +1,47 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// A comment on an instance. Getters return copies.
-class VARNEL_FORMS_API DynamicSchema_Comment : public detail::Model {
-    VARNEL_FORMS_PROPERTY(utility::string_t, Author, author);
-    VARNEL_FORMS_PROPERTY(utility::string_t, AuthorId, authorId);
-    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate);
-    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate);
-    VARNEL_FORMS_PROPERTY(utility::string_t, Text, text);
+class VARNEL_FORMS_API DynamicSchema_Comment : public Model {
+    VARNEL_FORMS_MODEL(DynamicSchema_Comment);
 
-    VARNEL_FORMS_MODEL;
+    /// The name of the author.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Author, author, "Author");
+    /// The id that goes with `Author`.
+    VARNEL_FORMS_PROPERTY(utility::string_t, AuthorId, authorId, "AuthorId");
+    /// When it was created.
+    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate, "CreatedDate");
+    /// When it was last modified.
+    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate, "ModifiedDate");
+    /// The comment itself.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Text, text, "Text");
 };
 
-class VARNEL_FORMS_API DynamicSchema_CommentInstanceContent : public detail::InstanceContentOf<DynamicSchema_Comment> {
-};
-class VARNEL_FORMS_API DynamicSchema_CommentInstance : public detail::InstanceOf<DynamicSchema_CommentInstanceContent> {
-};
-class VARNEL_FORMS_API DynamicSchema_CommentInstances
-    : public detail::InstancesOf<DynamicSchema_CommentInstanceContent> {};
+/// The identity and properties of a comment.
+class VARNEL_FORMS_API DynamicSchema_CommentInstanceContent : public InstanceContentOf<DynamicSchema_Comment> {};
+/// One instance: a comment with its identity.
+class VARNEL_FORMS_API DynamicSchema_CommentInstance : public InstanceOf<DynamicSchema_CommentInstanceContent> {};
+/// A list of comments.
+class VARNEL_FORMS_API DynamicSchema_CommentInstances : public InstancesOf<DynamicSchema_CommentInstanceContent> {};
+/// What was done to a comment, and how it is since.
 class VARNEL_FORMS_API DynamicSchema_CommentChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<DynamicSchema_CommentInstanceContent> {};
+    : public ChangedInstanceContentOf<DynamicSchema_CommentInstanceContent> {};
+/// One change of comments.
 class VARNEL_FORMS_API DynamicSchema_CommentChangedInstance
-    : public detail::ChangedInstanceOf<DynamicSchema_CommentChangedInstanceContent> {};
+    : public ChangedInstanceOf<DynamicSchema_CommentChangedInstanceContent> {};
+/// A list of changes of comments.
 class VARNEL_FORMS_API ChangedDynamicSchema_CommentInstances
-    : public detail::ChangedInstancesOf<DynamicSchema_CommentChangedInstanceContent> {};
-class VARNEL_FORMS_API DynamicSchema_CommentInstanceCount_properties : public detail::InstanceCountProperties {};
+    : public ChangedInstancesOf<DynamicSchema_CommentChangedInstanceContent> {};
+/// What a count of comments says.
+class VARNEL_FORMS_API DynamicSchema_CommentInstanceCount_properties : public InstanceCountProperties {};
+/// A count of comments, with its identity.
 class VARNEL_FORMS_API DynamicSchema_CommentInstanceCount_instances
-    : public detail::CountInstanceOf<DynamicSchema_CommentInstanceCount_properties> {};
+    : public CountInstanceOf<DynamicSchema_CommentInstanceCount_properties> {};
+/// Counts of comments, one per class.
 class VARNEL_FORMS_API DynamicSchema_CommentInstanceCount
-    : public detail::InstancesOf<DynamicSchema_CommentInstanceCount_instances> {};
+    : public InstancesOf<DynamicSchema_CommentInstanceCount_instances> {};
 
 } // namespace VarnelAPI::Forms::model

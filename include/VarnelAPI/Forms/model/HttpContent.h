@@ -1,8 +1,7 @@
 #pragma once
 
 #include <VarnelAPI/Forms/detail/Export.h>
-
-#include <cpprest/details/basic_types.h>
+#include <VarnelAPI/Forms/detail/HttpLibrary.h>
 
 #include <iosfwd>
 #include <memory>

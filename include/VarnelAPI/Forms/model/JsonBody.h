@@ -1,8 +1,7 @@
 #pragma once
 
+#include <VarnelAPI/Forms/detail/HttpLibrary.h>
 #include <VarnelAPI/Forms/model/IHttpBody.h>
-
-#include <cpprest/json.h>
 
 namespace VarnelAPI::Forms::model {
 

@@ -1,30 +1,41 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// A named group of pick lists. Getters return copies, of the list a reference.
-class VARNEL_FORMS_API ListsListGroup : public detail::Model {
-    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name);
-    VARNEL_FORMS_PROPERTY(int64_t, Size, size);
-    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate);
-    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate);
-    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, Lists, lists);
-    /// Opaque text of the service.
-    VARNEL_FORMS_PROPERTY(utility::string_t, ValueTree, valueTree);
+class VARNEL_FORMS_API ListsListGroup : public Model {
+    VARNEL_FORMS_MODEL(ListsListGroup);
 
-    VARNEL_FORMS_MODEL;
+    /// The group's name.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name, "Name");
+    /// A size, as a number; what it counts is the service's to say.
+    VARNEL_FORMS_PROPERTY(int64_t, Size, size, "Size");
+    /// When it was created.
+    VARNEL_FORMS_PROPERTY(utility::datetime, CreatedDate, createdDate, "CreatedDate");
+    /// When it was last modified.
+    VARNEL_FORMS_PROPERTY(utility::datetime, ModifiedDate, modifiedDate, "ModifiedDate");
+    /// The lists of the group, as texts.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, Lists, lists, "Lists");
+    /// Opaque text of the service.
+    VARNEL_FORMS_PROPERTY(utility::string_t, ValueTree, valueTree, "ValueTree");
 };
 
-class VARNEL_FORMS_API ListsListGroupInstanceContent : public detail::InstanceContentOf<ListsListGroup> {};
-class VARNEL_FORMS_API ListsListGroupInstance : public detail::InstanceOf<ListsListGroupInstanceContent> {};
-class VARNEL_FORMS_API ListsListGroupInstances : public detail::InstancesOf<ListsListGroupInstanceContent> {};
+/// The identity and properties of a list group.
+class VARNEL_FORMS_API ListsListGroupInstanceContent : public InstanceContentOf<ListsListGroup> {};
+/// One instance: a list group with its identity.
+class VARNEL_FORMS_API ListsListGroupInstance : public InstanceOf<ListsListGroupInstanceContent> {};
+/// A list of list groups.
+class VARNEL_FORMS_API ListsListGroupInstances : public InstancesOf<ListsListGroupInstanceContent> {};
+/// What was done to a list group, and how it is since.
 class VARNEL_FORMS_API ListsListGroupChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<ListsListGroupInstanceContent> {};
-class VARNEL_FORMS_API ListsListGroupChangedInstance
-    : public detail::ChangedInstanceOf<ListsListGroupChangedInstanceContent> {};
+    : public ChangedInstanceContentOf<ListsListGroupInstanceContent> {};
+/// One change of list groups.
+class VARNEL_FORMS_API ListsListGroupChangedInstance : public ChangedInstanceOf<ListsListGroupChangedInstanceContent> {
+};
+/// A list of changes of list groups.
 class VARNEL_FORMS_API ChangedListsListGroupInstances
-    : public detail::ChangedInstancesOf<ListsListGroupChangedInstanceContent> {};
+    : public ChangedInstancesOf<ListsListGroupChangedInstanceContent> {};
 
 } // namespace VarnelAPI::Forms::model

@@ -1,24 +1,29 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// Pick lists that depend on each other. Getters return copies, of the list a reference.
-class VARNEL_FORMS_API ListsListTree : public detail::Model {
-    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, Lists, lists);
-    /// The whole tree, as opaque text of the service.
-    VARNEL_FORMS_PROPERTY(utility::string_t, Tree, tree);
+class VARNEL_FORMS_API ListsListTree : public Model {
+    VARNEL_FORMS_MODEL(ListsListTree);
 
-    VARNEL_FORMS_MODEL;
+    /// The lists of the tree, as texts.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, Lists, lists, "Lists");
+    /// The whole tree, as opaque text of the service.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Tree, tree, "Tree");
 };
 
-class VARNEL_FORMS_API ListsListTreeInstanceContent : public detail::InstanceContentOf<ListsListTree> {};
-class VARNEL_FORMS_API ListsListTreeInstance : public detail::InstanceOf<ListsListTreeInstanceContent> {};
-class VARNEL_FORMS_API ListsListTreeInstances : public detail::InstancesOf<ListsListTreeInstanceContent> {};
+/// The identity and properties of a list tree.
+class VARNEL_FORMS_API ListsListTreeInstanceContent : public InstanceContentOf<ListsListTree> {};
+/// One instance: a list tree with its identity.
+class VARNEL_FORMS_API ListsListTreeInstance : public InstanceOf<ListsListTreeInstanceContent> {};
+/// A list of list trees.
+class VARNEL_FORMS_API ListsListTreeInstances : public InstancesOf<ListsListTreeInstanceContent> {};
+/// What was done to a list tree, and how it is since.
 class VARNEL_FORMS_API ListsListTreeChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<ListsListTreeInstanceContent> {};
-class VARNEL_FORMS_API ListsListTreeChangedInstance
-    : public detail::ChangedInstanceOf<ListsListTreeChangedInstanceContent> {};
+    : public ChangedInstanceContentOf<ListsListTreeInstanceContent> {};
+/// One change of list trees.
+class VARNEL_FORMS_API ListsListTreeChangedInstance : public ChangedInstanceOf<ListsListTreeChangedInstanceContent> {};
 
 } // namespace VarnelAPI::Forms::model

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <VarnelAPI/Forms/detail/Export.h>
+#include <VarnelAPI/Forms/detail/HttpLibrary.h>
 #include <VarnelAPI/Forms/model/HttpContent.h>
 #include <VarnelAPI/Forms/model/MultipartFormData.h>
-
-#include <cpprest/asyncrt_utils.h>
-#include <cpprest/json.h>
+#include <VarnelAPI/Forms/model/NarrowText.h>
 
 namespace VarnelAPI::Forms::model {
 
@@ -23,7 +22,7 @@ public:
 
     /// The model as JSON: set properties and non-empty lists only, in declaration order.
     /// @throws std::invalid_argument for a number that is infinite or not a number.
-    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59.999Z.
     virtual web::json::value toJson() const = 0;
 
     /// Reads what `val` holds. A missing or null member leaves its property as it is; a list is always replaced;
@@ -35,7 +34,7 @@ public:
     /// in one) and the key. A nested model's parts begin with its own key only: prefixes do not add up.
     /// @throws std::invalid_argument if `multipart` is an empty pointer, or for a list, or a property that goes out as
     ///     JSON, with a number that is infinite or not a number.
-    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59.999Z.
     virtual void toMultipart(std::shared_ptr<MultipartFormData> multipart,
                              const utility::string_t& namePrefix) const = 0;
 
@@ -50,13 +49,15 @@ public:
     static web::json::value toJson(const utility::string_t& value);
     /// A literal is a string. Without this overload it would convert to bool.
     static web::json::value toJson(const utility::char_t* value);
+    template <class Narrow, typename text_is_wide_write_XPLATSTR_or_to_string_t<Narrow>::type = 0>
+    static web::json::value toJson(const Narrow& value) = delete;
     static web::json::value toJson(int32_t value);
     static web::json::value toJson(int64_t value);
     /// @throws std::invalid_argument if `value` is infinite or not a number: JSON has no text for it.
     static web::json::value toJson(double value);
     static web::json::value toJson(bool value);
     /// The date's ISO 8601 text in UTC; a date never set gives "1970-01-01T00:00:00Z".
-    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59.999Z.
     static web::json::value toJson(const utility::datetime& value);
     /// An object with "ContentDisposition", "ContentType", "FileName" and "InputStream", the whole data in Base64.
     /// @throws std::invalid_argument if the pointer, or its data stream, is empty, or the stream has no buffer.
@@ -92,8 +93,11 @@ public:
                                                       const utility::string_t& contentType = utility::string_t());
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const utility::char_t* value,
                                                       const utility::string_t& contentType = utility::string_t());
+    template <class Narrow, typename text_is_wide_write_XPLATSTR_or_to_string_t<Narrow>::type = 0>
+    static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const Narrow& value,
+                                                      const utility::string_t& contentType = {}) = delete;
     /// The date's ISO 8601 text, a date never set included.
-    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59Z.
+    /// @throws std::out_of_range for a date after 9999-12-31T23:59:59.999Z.
     static std::shared_ptr<HttpContent> toHttpContent(const utility::string_t& name, const utility::datetime& value,
                                                       const utility::string_t& contentType = utility::string_t());
     /// @throws std::invalid_argument for a number in `value` that is infinite or not a number.

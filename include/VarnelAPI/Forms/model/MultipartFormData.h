@@ -35,7 +35,13 @@ public:
     /// @throws std::invalid_argument as `writeTo` does.
     std::size_t size() const;
 
-    virtual utility::string_t getBoundary();
+    /// What `writeTo` writes, as a stream that reads the parts' data only when it is read itself, and then from their
+    /// start: for a `StreamBody` of `size()` bytes. It needs the parts' streams, but not this body. If one of them has
+    /// fewer bytes than now, it ends early; further ones are left out.
+    /// @throws std::invalid_argument as `writeTo` does, and if a part's stream can't tell its size.
+    std::shared_ptr<std::istream> asStream() const;
+
+    virtual utility::string_t getBoundary(); ///< What separates the parts.
 
     /// The part added last under exactly this name, or an empty pointer.
     virtual std::shared_ptr<HttpContent> getContent(const utility::string_t& name) const;
@@ -48,6 +54,7 @@ public:
 
 private:
     std::vector<std::string> partHeaders() const;
+    std::string closingLine() const;
 
     std::vector<std::shared_ptr<HttpContent>> m_Contents;
     utility::string_t m_Boundary;

@@ -1,21 +1,28 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// Four counts. Getters return copies.
-class VARNEL_FORMS_API PlexumStats : public detail::Model {
-    VARNEL_FORMS_PROPERTY(int32_t, Count, count);
-    VARNEL_FORMS_PROPERTY(int32_t, Open, open);
-    VARNEL_FORMS_PROPERTY(int32_t, Closed, closed);
-    VARNEL_FORMS_PROPERTY(int32_t, Assigned, assigned);
+class VARNEL_FORMS_API PlexumStats : public Model {
+    VARNEL_FORMS_MODEL(PlexumStats);
 
-    VARNEL_FORMS_MODEL;
+    /// A count.
+    VARNEL_FORMS_PROPERTY(int32_t, Count, count, "Count");
+    /// A count of what is open.
+    VARNEL_FORMS_PROPERTY(int32_t, Open, open, "Open");
+    /// A count of what is closed.
+    VARNEL_FORMS_PROPERTY(int32_t, Closed, closed, "Closed");
+    /// A count of what is assigned.
+    VARNEL_FORMS_PROPERTY(int32_t, Assigned, assigned, "Assigned");
 };
 
-class VARNEL_FORMS_API PlexumStatsInstanceContent : public detail::InstanceContentOf<PlexumStats> {};
-class VARNEL_FORMS_API PlexumStatsInstance : public detail::InstanceOf<PlexumStatsInstanceContent> {};
-class VARNEL_FORMS_API PlexumStatsInstances : public detail::InstancesOf<PlexumStatsInstanceContent> {};
+/// The identity and properties of statistics.
+class VARNEL_FORMS_API PlexumStatsInstanceContent : public InstanceContentOf<PlexumStats> {};
+/// One instance: statistics with its identity.
+class VARNEL_FORMS_API PlexumStatsInstance : public InstanceOf<PlexumStatsInstanceContent> {};
+/// A list of statistics.
+class VARNEL_FORMS_API PlexumStatsInstances : public InstancesOf<PlexumStatsInstanceContent> {};
 
 } // namespace VarnelAPI::Forms::model

@@ -1,29 +1,37 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// A class definition of the repository. Getters return copies.
-class VARNEL_FORMS_API SchemasClass : public detail::Model {
-    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name);
-    VARNEL_FORMS_PROPERTY(utility::string_t, DisplayLabel, displayLabel);
-    /// The definition as XML text, which is passed through unread.
-    VARNEL_FORMS_PROPERTY(utility::string_t, ClassXml, classXml);
-    VARNEL_FORMS_FLAG(IsShared, isShared);
-    VARNEL_FORMS_FLAG(IsStruct, isStruct);
+class VARNEL_FORMS_API SchemasClass : public Model {
+    VARNEL_FORMS_MODEL(SchemasClass);
 
-    VARNEL_FORMS_MODEL;
+    /// The class's name.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name, "Name");
+    /// The label to show for the class.
+    VARNEL_FORMS_PROPERTY(utility::string_t, DisplayLabel, displayLabel, "DisplayLabel");
+    /// The definition as XML text, which is passed through unread.
+    VARNEL_FORMS_PROPERTY(utility::string_t, ClassXml, classXml, "ClassXml");
+    /// Whether it is shared.
+    VARNEL_FORMS_FLAG(IsShared, isShared, "IsShared");
+    /// Whether it is a struct.
+    VARNEL_FORMS_FLAG(IsStruct, isStruct, "IsStruct");
 };
 
-class VARNEL_FORMS_API SchemasClassInstanceContent : public detail::InstanceContentOf<SchemasClass> {};
-class VARNEL_FORMS_API SchemasClassInstance : public detail::InstanceOf<SchemasClassInstanceContent> {};
-class VARNEL_FORMS_API SchemasClassInstances : public detail::InstancesOf<SchemasClassInstanceContent> {};
+/// The identity and properties of a class.
+class VARNEL_FORMS_API SchemasClassInstanceContent : public InstanceContentOf<SchemasClass> {};
+/// One instance: a class with its identity.
+class VARNEL_FORMS_API SchemasClassInstance : public InstanceOf<SchemasClassInstanceContent> {};
+/// A list of classes.
+class VARNEL_FORMS_API SchemasClassInstances : public InstancesOf<SchemasClassInstanceContent> {};
+/// What was done to a class, and how it is since.
 class VARNEL_FORMS_API SchemasClassChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<SchemasClassInstanceContent> {};
-class VARNEL_FORMS_API SchemasClassChangedInstance
-    : public detail::ChangedInstanceOf<SchemasClassChangedInstanceContent> {};
-class VARNEL_FORMS_API ChangedSchemasClassInstances
-    : public detail::ChangedInstancesOf<SchemasClassChangedInstanceContent> {};
+    : public ChangedInstanceContentOf<SchemasClassInstanceContent> {};
+/// One change of classes.
+class VARNEL_FORMS_API SchemasClassChangedInstance : public ChangedInstanceOf<SchemasClassChangedInstanceContent> {};
+/// A list of changes of classes.
+class VARNEL_FORMS_API ChangedSchemasClassInstances : public ChangedInstancesOf<SchemasClassChangedInstanceContent> {};
 
 } // namespace VarnelAPI::Forms::model

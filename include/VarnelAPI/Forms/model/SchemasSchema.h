@@ -1,26 +1,32 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 
 namespace VarnelAPI::Forms::model {
 
 /// A schema of the repository. Getters return copies.
-class VARNEL_FORMS_API SchemasSchema : public detail::Model {
-    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name);
-    /// The whole schema as XML text, which is passed through unread.
-    VARNEL_FORMS_PROPERTY(utility::string_t, SchemaXml, schemaXml);
+class VARNEL_FORMS_API SchemasSchema : public Model {
+    VARNEL_FORMS_MODEL(SchemasSchema);
 
-    VARNEL_FORMS_MODEL;
+    /// The schema's name.
+    VARNEL_FORMS_PROPERTY(utility::string_t, Name, name, "Name");
+    /// The whole schema as XML text, which is passed through unread.
+    VARNEL_FORMS_PROPERTY(utility::string_t, SchemaXml, schemaXml, "SchemaXml");
 };
 
-class VARNEL_FORMS_API SchemasSchemaInstanceContent : public detail::InstanceContentOf<SchemasSchema> {};
-class VARNEL_FORMS_API SchemasSchemaInstance : public detail::InstanceOf<SchemasSchemaInstanceContent> {};
-class VARNEL_FORMS_API SchemasSchemaInstances : public detail::InstancesOf<SchemasSchemaInstanceContent> {};
+/// The identity and properties of a schema.
+class VARNEL_FORMS_API SchemasSchemaInstanceContent : public InstanceContentOf<SchemasSchema> {};
+/// One instance: a schema with its identity.
+class VARNEL_FORMS_API SchemasSchemaInstance : public InstanceOf<SchemasSchemaInstanceContent> {};
+/// A list of schemas.
+class VARNEL_FORMS_API SchemasSchemaInstances : public InstancesOf<SchemasSchemaInstanceContent> {};
+/// What was done to a schema, and how it is since.
 class VARNEL_FORMS_API SchemasSchemaChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<SchemasSchemaInstanceContent> {};
-class VARNEL_FORMS_API SchemasSchemaChangedInstance
-    : public detail::ChangedInstanceOf<SchemasSchemaChangedInstanceContent> {};
-class VARNEL_FORMS_API ChangedSchemasSchemaInstances
-    : public detail::ChangedInstancesOf<SchemasSchemaChangedInstanceContent> {};
+    : public ChangedInstanceContentOf<SchemasSchemaInstanceContent> {};
+/// One change of schemas.
+class VARNEL_FORMS_API SchemasSchemaChangedInstance : public ChangedInstanceOf<SchemasSchemaChangedInstanceContent> {};
+/// A list of changes of schemas.
+class VARNEL_FORMS_API ChangedSchemasSchemaInstances : public ChangedInstancesOf<SchemasSchemaChangedInstanceContent> {
+};
 
 } // namespace VarnelAPI::Forms::model

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Model.h>
+#include <VarnelAPI/Forms/model/ErrorSchema.h>
 
 namespace VarnelAPI::Forms::model {
 
@@ -14,12 +14,13 @@ namespace VarnelAPI::Forms::model {
 ///     }
 /// }
 /// @endcode
-class VARNEL_FORMS_API VarnelApiException : public detail::Model {
-    VARNEL_FORMS_PROPERTY_REF(utility::string_t, ErrorId, errorId);
-    VARNEL_FORMS_PROPERTY_REF(utility::string_t, ErrorMessage, errorMessage);
-    VARNEL_FORMS_PROPERTY_REF(utility::string_t, ErrorDescription, errorDescription);
-
-    VARNEL_FORMS_MODEL;
+class VARNEL_FORMS_API VarnelApiException : public ErrorSchema {
+    /// `ErrorSchema::getErrorId`, by reference.
+    VARNEL_FORMS_DETAIL_REF_GETTER(utility::string_t, ErrorId, getErrorId)
+    /// `ErrorSchema::getErrorMessage`, by reference.
+    VARNEL_FORMS_DETAIL_REF_GETTER(utility::string_t, ErrorMessage, getErrorMessage)
+    /// `ErrorSchema::getErrorDescription`, by reference.
+    VARNEL_FORMS_DETAIL_REF_GETTER(utility::string_t, ErrorDescription, getErrorDescription)
 };
 
 } // namespace VarnelAPI::Forms::model

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <VarnelAPI/Forms/detail/Envelopes.h>
+#include <VarnelAPI/Forms/model/Envelopes.h>
 #include <VarnelAPI/Forms/model/WorkflowState.h>
 #include <VarnelAPI/Forms/model/WorkflowTransition.h>
 
@@ -8,25 +8,39 @@ namespace VarnelAPI::Forms::model {
 
 /// The workflow of a class of issues or forms. It has no name or id of its own: its envelope identifies it. Getters
 /// return references.
-class VARNEL_FORMS_API WorkflowDefinition : public detail::Model {
-    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, StartStates, startStates);
-    VARNEL_FORMS_PROPERTY_REF(utility::string_t, Discipline, discipline);
-    VARNEL_FORMS_PROPERTY_REF(utility::string_t, Classification, classification);
-    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowState>>, States, states);
-    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowTransition>>, Transitions, transitions);
-    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowTransition>>, StartingTransitions,
-                              startingTransitions);
-    VARNEL_FORMS_PROPERTY_REF(std::shared_ptr<WorkflowState>, UninitializedState, uninitializedState);
+class VARNEL_FORMS_API WorkflowDefinition : public Model {
+    VARNEL_FORMS_MODEL(WorkflowDefinition);
 
-    VARNEL_FORMS_MODEL;
+    /// The states to start in.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<utility::string_t>, StartStates, startStates, "StartStates");
+    /// A discipline, as text.
+    VARNEL_FORMS_PROPERTY_REF(utility::string_t, Discipline, discipline, "Discipline");
+    /// A classification, as text.
+    VARNEL_FORMS_PROPERTY_REF(utility::string_t, Classification, classification, "Classification");
+    /// All states.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowState>>, States, states, "States");
+    /// The ways from one state to others.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowTransition>>, Transitions, transitions,
+                              "Transitions");
+    /// The ways into a first state.
+    VARNEL_FORMS_PROPERTY_REF(std::vector<std::shared_ptr<WorkflowTransition>>, StartingTransitions,
+                              startingTransitions, "StartingTransitions");
+    /// The state of what is in none yet.
+    VARNEL_FORMS_PROPERTY_REF(std::shared_ptr<WorkflowState>, UninitializedState, uninitializedState,
+                              "UninitializedState");
 };
 
-class VARNEL_FORMS_API WorkflowDefinitionInstanceContent : public detail::InstanceContentOf<WorkflowDefinition> {};
-class VARNEL_FORMS_API WorkflowDefinitionInstance : public detail::InstanceOf<WorkflowDefinitionInstanceContent> {};
-class VARNEL_FORMS_API WorkflowDefinitionInstances : public detail::InstancesOf<WorkflowDefinitionInstanceContent> {};
+/// The identity and properties of a workflow definition.
+class VARNEL_FORMS_API WorkflowDefinitionInstanceContent : public InstanceContentOf<WorkflowDefinition> {};
+/// One instance: a workflow definition with its identity.
+class VARNEL_FORMS_API WorkflowDefinitionInstance : public InstanceOf<WorkflowDefinitionInstanceContent> {};
+/// A list of workflow definitions.
+class VARNEL_FORMS_API WorkflowDefinitionInstances : public InstancesOf<WorkflowDefinitionInstanceContent> {};
+/// What was done to a workflow definition, and how it is since.
 class VARNEL_FORMS_API WorkflowDefinitionChangedInstanceContent
-    : public detail::ChangedInstanceContentOf<WorkflowDefinitionInstanceContent> {};
+    : public ChangedInstanceContentOf<WorkflowDefinitionInstanceContent> {};
+/// One change of workflow definitions.
 class VARNEL_FORMS_API WorkflowDefinitionChangedInstance
-    : public detail::ChangedInstanceOf<WorkflowDefinitionChangedInstanceContent> {};
+    : public ChangedInstanceOf<WorkflowDefinitionChangedInstanceContent> {};
 
 } // namespace VarnelAPI::Forms::model

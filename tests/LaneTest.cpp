@@ -1,0 +1,85 @@
+#include "support/Lane.h"
+#include "support/Seeds.h"
+#include "support/ServiceTest.h"
+
+/// What the fast lane takes and what it leaves to the tree. That both make the same of it is the business of the fuzz
+/// target FastLane, which starts from these texts.
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::model;
+
+std::string nested(std::size_t levels) {
+    return std::string(levels, '[') + std::string(levels, ']');
+}
+
+/// Whether the lane takes an issue with these members.
+bool isTaken(const std::string& members) {
+    DynamicSchemaBaseClass issue;
+    seedJson(issue, "{" + members + "}");
+    seedJson(DynamicSchemaBaseClassInstances(), R"({"instances":[null,{"properties":{)" + members + "}}]}");
+    return detail::readFast(issue, "{" + members + "}");
+}
+
+TEST(FastLane, TakesWhatIsOrdinary) {
+    for (const std::string& members : std::vector<std::string>{
+             "", " \t\r\n", R"("a":-0,"b":-0.0,"c":1.0,"d":1E-5,"e":1e2,"f":0.1)",
+             R"("a":9223372036854775807,"b":9223372036854775808,"c":-9223372036854775808)",
+             R"("a":18446744073709551615,"b":9007199254740993,"c":0.1234567890123456789)",
+             R"("a":4.9e-324,"b":1e-400,"c":2.2250738585072011e-308,"d":1.7976931348623157e308)",
+             R"("Latitude":5,"Longitude":-0.0,"Status":5,"Closed":false,"_DueDate":"x")",
+             R"("_Subject":"\"\\\/\b\f\n\r\t\u0000\u0001\u007f\u00e9\ud83d\ude00","é":"\u00e9"," ":"")",
+             R"("b":"\u0001","a":{"z":[1,2.0,{"y":null,"x":true}],"b":{}},"":[])",
+             R"("z":1,"Status":null,"y":2,"x":3,"Y":4,"é":5,"_Subject":"s","w":6)",
+             R"("_ModelViewDefinition":"{\"viewId\":\"a\",\"x\":1,\"x\":2}","_ModelPinLocation":{"x":1})",
+             R"("_ModelViewDefinition":5,"deep":)" + nested(28)}) {
+        EXPECT_EQ(isTaken(members), hasLane) << members;
+    }
+}
+
+TEST(FastLane, LeavesTheRestToTheTree) {
+    for (const std::string& members : std::vector<std::string>{R"("Status":"a","Status":"b")",
+                                                               R"("Status":null,"Status":"b")",
+                                                               R"("own":1,"own":2)",
+                                                               R"("own":{"a":1,"b":2,"a":3})",
+                                                               R"("own":[{"\u0061":1,"a":2}])",
+                                                               R"("a":18446744073709551616)",
+                                                               R"("a":-9223372036854775809)",
+                                                               R"("a":1e400)",
+                                                               R"("a":01)",
+                                                               R"("a":1 /* one */)",
+                                                               "\"a\":\v1",
+                                                               R"("a":"\udc00")",
+                                                               R"("a":"\ud800")",
+                                                               "\"a\":\"\xFF\"",
+                                                               "\"a\":\"\xed\xa0\x80\"",
+                                                               "\"a\":\"\t\"",
+                                                               R"("a":nul)",
+                                                               R"("a":[1,])",
+                                                               R"("a":1,)",
+                                                               R"("Closed":1)",
+                                                               R"("Latitude":"x")",
+                                                               R"("_DueDate":5)",
+                                                               R"("_ModelViewDefinition":"{")",
+                                                               "\"deep\":" + nested(31),
+                                                               "\"deep\":" + nested(127),
+                                                               "\"deep\":" + nested(128)}) {
+        EXPECT_FALSE(isTaken(members)) << members;
+    }
+    DynamicSchemaBaseClassInstances list;
+    for (const std::string text :
+         {"", " ", "{", "\xef\xbb\xbf{}", "{}}", "{}x", "{\"instances\":{}}", "{\"instances\":5}", "nul", "\""}) {
+        seedJson(list, text);
+        EXPECT_FALSE(detail::readFast(list, text)) << text;
+    }
+}
+
+TEST(FastLane, LeavesAllToTheTreeWhereMembersKeepTheirOrder) {
+    web::json::keep_object_element_order(true);
+    EXPECT_FALSE(isTaken(R"("b":1,"a":2)"));
+    web::json::keep_object_element_order(false);
+    EXPECT_EQ(isTaken(R"("b":1,"a":2)"), hasLane);
+}
+
+} // namespace
+} // namespace forms_test

@@ -1,0 +1,758 @@
+#include "support/Listener.h"
+#include "support/ReplayTransport.h"
+#include "support/ServiceTest.h"
+#include "support/TlsService.h"
+
+#if defined(FORMS_TEST_CURL)
+#include <VarnelAPI/Forms/transport/CurlTransport.h>
+#endif
+
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <thread>
+
+/// What single calls may want, and what carries them: the same over each transport.
+namespace forms_test {
+namespace {
+
+using namespace VarnelAPI::Forms::api;
+using namespace VarnelAPI::Forms::model;
+using namespace VarnelAPI::Forms::transport;
+using namespace std::chrono_literals;
+using Ending = Reply::Ending;
+using web::http::http_exception;
+namespace fs = std::filesystem;
+
+struct OwnError : std::exception {};
+
+/// How a task ended: "ok", the word for the code of its http_exception, or the exception's type.
+template <class Task>
+std::string endOf(const Task& task) {
+    const auto ended = std::make_shared<std::atomic<bool>>(false);
+    task.then([ended](const Task& done) {
+        try {
+            done.get();
+        } catch (...) {
+            // It is looked at below.
+        }
+        *ended = true;
+    });
+    const auto end = std::chrono::steady_clock::now() + RecordingServer::patience / 2;
+    while (!*ended) {
+        if (std::chrono::steady_clock::now() > end) {
+            return "never";
+        }
+        std::this_thread::sleep_for(1ms);
+    }
+    try {
+        task.get();
+        return "ok";
+    } catch (const ApiException& error) {
+        return std::to_string(error.error_code().value());
+    } catch (const http_exception& error) {
+        EXPECT_NE(std::string(error.what()), "");
+        const auto& code = error.error_code();
+        return code == std::errc::operation_canceled   ? "canceled"
+               : code == std::errc::timed_out          ? "late"
+               : code == std::errc::connection_refused ? "refused"
+               : code == std::errc::host_unreachable   ? "unreachable"
+                                                       : "http_exception";
+    } catch (const OwnError&) {
+        return "own";
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
+std::size_t openSockets() {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        count += fs::read_symlink(entry, gone).string().rfind("socket:", 0) == 0 ? 1 : 0;
+    }
+    return count;
+}
+
+void expectSockets(std::size_t count) {
+    for (int i = 0; i < 1000 && openSockets() > count; ++i) {
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_LE(openSockets(), count);
+}
+
+class TransportTest : public ServiceTest {
+protected:
+    ~TransportTest() override { fs::remove_all(folder); }
+    void TearDown() override {
+        for (const auto& error : server.takeErrors()) {
+            // Calls that end early may do so while their request is on its way.
+            if (error.find("broke off") == std::string::npos) {
+                ADD_FAILURE() << "the server saw: " << error;
+            }
+        }
+    }
+
+    static auto get(const std::shared_ptr<ApiClient>& over) {
+        return over->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "");
+    }
+    static auto download(const std::shared_ptr<ApiClient>& over) {
+        return FileApi(over).fILEGET_DynamicSchemaFile_instanceId("L", "i");
+    }
+    static auto list(const std::shared_ptr<ApiClient>& over) { return SchemaApi(over).select_SchemasSchema("L"); }
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            names.push_back(entry.path().filename());
+        }
+        return names;
+    }
+    static std::string textOf(const fs::path& file) {
+        std::ifstream stream(file, std::ios::binary);
+        return bytesOf(stream);
+    }
+    static std::string someBytes(std::size_t size) {
+        std::string bytes(size, '\0');
+        for (std::size_t i = 0; i < size; ++i) {
+            bytes[i] = static_cast<char>(i * 7 + i / 251);
+        }
+        return bytes;
+    }
+
+    const fs::path folder = [] {
+        std::string name = fs::temp_directory_path() / "forms-XXXXXX";
+        EXPECT_NE(mkdtemp(name.data()), nullptr);
+        return name;
+    }();
+    const std::string target = folder / "file";
+    const Reply silent = Reply::raw("").endingWith(Ending::KeepOpen);
+    const Reply stalled = Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n{").endingWith(Ending::KeepOpen);
+};
+
+TEST_F(TransportTest, AClientWithWishesSharesEverythingElse) {
+    server.replyAlways(Reply::json("{}"));
+    const auto first = client->with(CallOptions().header("authorization", "own").header("X-One", "1"));
+    const auto second = first->with(CallOptions().header("x-one", "2").header("Accept", "no/way"));
+    configuration->getDefaultHeaders()["X-Late"] = "late";
+    list(second).get();
+    Request request = server.takeRequest();
+    EXPECT_EQ(request.header("Authorization") + request.header("X-One") + request.header("X-Late"), "own2late");
+    EXPECT_EQ(request.header("Accept"), "application/json") << "that is the operation's";
+    second->callApi("/x", "GET", {}, nullptr, {{"AUTHORIZATION", "of the call"}}, {}, {}, "").get();
+    EXPECT_EQ(server.takeRequest().header("Authorization"), "own");
+    list(first).get();
+    EXPECT_EQ(server.takeRequest().header("X-One"), "1");
+    list(client).get();
+    request = server.takeRequest();
+    EXPECT_EQ(request.header("Authorization") + request.header("X-One"), "Bearer t");
+    EXPECT_EQ(client->getCallOptions(), nullptr);
+
+    const ApiClient copy = *client;
+    const auto other = std::make_shared<ApiConfiguration>(*configuration);
+    EXPECT_EQ(other->getTransport(), configuration->getTransport());
+    client->setConfiguration(other);
+    EXPECT_EQ(second->getConfiguration(), other);
+    EXPECT_EQ(copy.getConfiguration(), configuration);
+    client.reset();
+    list(second).get();
+    messageOf<std::invalid_argument>([&] { list(first->with(CallOptions().header("X", "a\nb"))); });
+    messageOf<std::invalid_argument>([] { CallOptions().deadline(0ms); });
+    messageOf<std::invalid_argument>([] { CallOptions().saveTo(std::string()); });
+}
+
+TEST_F(TransportTest, CancelingEndsTheCallWhereverItIs) {
+    const std::size_t before = openSockets();
+    std::size_t closes = 0;
+    std::size_t sent = 0;
+    const auto canceled = [&](const std::string& where, const auto& begin, std::size_t requests) {
+        SCOPED_TRACE(where);
+        pplx::cancellation_token_source source;
+        const auto task = begin(client->with(CallOptions().cancelOn(source.get_token())));
+        EXPECT_TRUE(server.waitForRequests(sent += requests));
+        std::this_thread::sleep_for(100ms);
+        EXPECT_FALSE(task.is_done());
+        source.cancel();
+        EXPECT_EQ(endOf(task), "canceled");
+        EXPECT_TRUE(server.waitForCloses(++closes)) << "the connection closes";
+    };
+    server.replyAlways(silent);
+    canceled("header", list, 1);
+    canceled("header of callApi", get, 1);
+    server.replyAlways(stalled);
+    canceled("body", list, 1);
+    canceled("download", download, 1);
+    server.reply(Reply::raw("HTTP/1.1 500 E\r\nContent-Length: 9\r\n\r\n").endingWith(Ending::KeepOpen));
+    canceled("error's body", list, 1);
+    server.reply(Reply::redirect(302, "/base/next"));
+    server.replyAlways(silent);
+    canceled("redirect", list, 2);
+
+    pplx::cancellation_token_source source;
+    source.cancel();
+    const std::size_t requests = server.requests().size();
+    EXPECT_EQ(endOf(list(client->with(CallOptions().cancelOn(source.get_token())))), "canceled");
+    EXPECT_EQ(server.requests().size(), requests) << "nothing was sent";
+    client.reset();
+    configuration->setTransport(nullptr);
+    expectSockets(before);
+}
+
+TEST_F(TransportTest, CancelingEndsACallThatConnects) {
+    Listener full(0);
+    full.keepOneWaiting();
+    const Listener mute; // accepts no TLS
+    const std::size_t before = openSockets();
+    for (const auto& url : {full.url(), mute.url("https")}) {
+        SCOPED_TRACE(url);
+        configuration->setBaseUrl(url);
+        configuration->getHttpConfig().set_validate_certificates(false);
+        pplx::cancellation_token_source source;
+        const auto task = list(client->with(CallOptions().cancelOn(source.get_token())));
+        std::this_thread::sleep_for(100ms);
+        EXPECT_FALSE(task.is_done());
+        EXPECT_GT(openSockets(), before);
+        source.cancel();
+        EXPECT_EQ(endOf(task), "canceled");
+        expectSockets(before);
+    }
+}
+
+TEST_F(TransportTest, CancelingFailsABodyThatACallerReads) {
+    server.reply(stalled);
+    pplx::cancellation_token_source source;
+    auto response = get(client->with(CallOptions().cancelOn(source.get_token()))).get();
+    const auto body = response.content_ready();
+    source.cancel();
+    EXPECT_EQ(endOf(body), "canceled");
+    EXPECT_TRUE(server.waitForCloses(1));
+    // After its end a call can't be canceled any more.
+    server.reply(Reply::json("{}"));
+    pplx::cancellation_token_source late;
+    const auto task = list(client->with(CallOptions().cancelOn(late.get_token())));
+    EXPECT_EQ(endOf(task), "ok");
+    late.cancel();
+    EXPECT_EQ(endOf(task), "ok");
+}
+
+TEST_F(TransportTest, CallsMayBeCanceledFromWithin) {
+    server.replyAlways(Reply::of(200, "OK", "", "{}"));
+    // Within a continuation of another call, which then waits, as it never should.
+    pplx::cancellation_token_source source;
+    server.reply(silent);
+    const auto waiting = list(client->with(CallOptions().cancelOn(source.get_token())));
+    ASSERT_TRUE(server.waitForRequests(1));
+    EXPECT_EQ(endOf(list(client).then([=](const auto&) {
+                  source.cancel();
+                  waiting.wait();
+              })),
+              "canceled");
+    // Within the functions that the call itself calls.
+    const auto within = [&](CallOptions options, const pplx::cancellation_token_source& own) {
+        return endOf(download(client->with(options.cancelOn(own.get_token()))));
+    };
+    pplx::cancellation_token_source a, b, c;
+    EXPECT_EQ(within(CallOptions().onResponse([a](auto, const auto&) { a.cancel(); }), a), "canceled");
+    EXPECT_EQ(within(CallOptions().onProgress([b](const auto&) { b.cancel(); }), b), "canceled");
+    EXPECT_EQ(within(CallOptions().saveTo([c](const uint8_t*, std::size_t) { c.cancel(); }), c), "canceled");
+    // Within a continuation of the call, which has ended by then.
+    pplx::cancellation_token_source d;
+    EXPECT_EQ(endOf(list(client->with(CallOptions().cancelOn(d.get_token()))).then([d](const auto&) { d.cancel(); })),
+              "ok");
+}
+
+TEST_F(TransportTest, ADeadlineHoldsForTheWholeCall) {
+    const auto late = client->with(CallOptions().deadline(400ms))->with(CallOptions().header("X", "1"));
+    const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    server.reply(Reply::raw(chunked).then(50ms, "1\r\n{\r\n", 300));
+    EXPECT_EQ(endOf(list(late)), "late");
+    server.reply(Reply::raw(chunked).then(50ms, "1\r\n{\r\n", 300));
+    EXPECT_EQ(endOf(get(late).then([](const web::http::http_response& r) { return r.content_ready(); })), "late");
+    server.reply(silent);
+    EXPECT_EQ(endOf(download(late)), "late");
+    for (int i = 0; i < 9; ++i) {
+        server.reply(Reply::raw("").then(200ms, Reply::redirect(302, "/base/" + std::to_string(i)).pieces[0].bytes));
+    }
+    const auto before = server.requests().size();
+    EXPECT_EQ(endOf(list(client->with(CallOptions().deadline(1s)))), "late");
+    EXPECT_GT(server.requests().size(), before + 1);
+    EXPECT_LT(server.requests().size(), before + 8) << "redirects end with it";
+    EXPECT_TRUE(server.waitForCloses(1));
+
+    RecordingServer quick;
+    configuration->setBaseUrl(quick.url());
+    quick.reply(Reply::json("{}"));
+    EXPECT_EQ(endOf(list(client->with(CallOptions().deadline(5s)))), "ok");
+}
+
+TEST_F(TransportTest, ProgressIsToldBothWaysAndNeverTwiceAtOnce) {
+    const std::string bytes = someBytes(300000);
+    std::atomic<int> inside = 0;
+    std::vector<Progress> seen;
+    const auto watched = client->with(CallOptions().onProgress([&](const Progress& progress) {
+        EXPECT_EQ(++inside, 1);
+        seen.push_back(progress);
+        std::this_thread::yield();
+        --inside;
+    }));
+    const auto check = [&](Progress::Direction direction, std::optional<uint64_t> total) {
+        uint64_t last = 0;
+        for (const auto& progress : seen) {
+            if (progress.direction == direction) {
+                EXPECT_GE(progress.bytes, last);
+                EXPECT_EQ(progress.total, total);
+                last = progress.bytes;
+            }
+        }
+        EXPECT_EQ(last, bytes.size());
+    };
+    server.reply(Reply::redirect(302, "/base/next"));
+    server.reply(Reply::of(200, "OK", "", bytes));
+    const auto body = std::make_shared<BinaryBody>(bytes.data(), bytes.size());
+    watched->callApi("/x", "POST", {}, body, {}, {}, {}, "a/b").get().content_ready().get();
+    check(Progress::Direction::Upload, bytes.size());
+    check(Progress::Direction::Download, bytes.size());
+    seen.clear();
+    server.reply(Reply::chunked({bytes.substr(0, 100000), bytes.substr(100000)}));
+    list(watched)
+        .then([](const pplx::task<std::shared_ptr<SchemasSchemaInstances>>& t) {
+            try {
+                t.get();
+            } catch (const std::exception&) {
+                // It is no JSON.
+            }
+        })
+        .get();
+    check(Progress::Direction::Download, std::nullopt);
+
+    const auto failing = client->with(CallOptions().onProgress([](const Progress& progress) {
+        if (progress.direction == Progress::Direction::Download) {
+            throw OwnError();
+        }
+    }));
+    server.reply(Reply::of(200, "OK", "", bytes));
+    EXPECT_EQ(endOf(download(failing)), "own");
+    const auto failingUp = client->with(CallOptions().onProgress([](const Progress&) { throw OwnError(); }));
+    server.replyAlways(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(endOf(failingUp->callApi("/x", "PUT", {}, body, {}, {}, {}, "a/b")), "own");
+}
+
+TEST_F(TransportTest, WhatCameBackIsToldForSuccessAndFailure) {
+    std::string seen;
+    const auto told = client->with(CallOptions().onResponse([&](unsigned short status, const auto& headers) {
+        const auto found = headers.find("X-Id");
+        seen += std::to_string(status) + (found == headers.end() ? "" : found->second) + ";";
+    }));
+    const std::string id = "X-Id: a\r\nContent-Type: application/json\r\n";
+    server.reply(Reply::redirect(302, "/base/next"));
+    server.reply(Reply::of(200, "OK", id, "{}"));
+    EXPECT_EQ(endOf(list(told)), "ok");
+    server.reply(Reply::of(404, "Not Found", id, "{}"));
+    EXPECT_EQ(endOf(list(told)), "404");
+    server.reply(Reply::of(200, "OK", "", "x"));
+    EXPECT_EQ(endOf(SchemaApi(told).delete_SchemasSchema_instanceId("L", "i")), "ok");
+    EXPECT_EQ(seen, "200a;404a;200;");
+    server.reply(Reply::of(404, "Not Found", id, "{}"));
+    const auto failing = client->with(CallOptions().onResponse([](auto, const auto&) { throw OwnError(); }));
+    EXPECT_EQ(endOf(list(failing)), "own");
+}
+
+TEST_F(TransportTest, DownloadsAreSavedWholeOrNotAtAll) {
+    const std::string bytes = someBytes(300000);
+    const auto saving = client->with(CallOptions().saveTo(target));
+    const auto ends = [&](const Reply& reply, const std::string& end, bool isThere) {
+        SCOPED_TRACE(end);
+        server.reply(reply);
+        EXPECT_EQ(endOf(download(saving)), end);
+        EXPECT_EQ(files(), isThere ? std::vector<std::string>{"file"} : std::vector<std::string>{});
+    };
+    const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 300001\r\n\r\n";
+    server.reply(Reply::json("{}", 404, "Not Found"));
+    EXPECT_EQ(apiErrorOf([&] { download(saving).get(); }),
+              "404 error calling fILEGET_DynamicSchemaFile_instanceId: Not Found|{}");
+    EXPECT_TRUE(files().empty());
+    ends(Reply::json("{}", 400, "Bad"), "400", false);
+    ends(Reply::of(200, "OK", "Content-Type: text/html\r\n", "<p>"), "500", false);
+    server.reply(Reply::raw(head).then(0ms, bytes));
+    EXPECT_EQ(endOf(download(saving)), "http_exception");
+    EXPECT_TRUE(files().empty()) << "it broke off";
+    ends(Reply::of(200, "OK", "", bytes), "ok", true);
+    EXPECT_EQ(textOf(target), bytes);
+    server.reply(Reply::raw(head).then(0ms, bytes));
+    EXPECT_EQ(endOf(download(saving)), "http_exception");
+    EXPECT_EQ(textOf(target), bytes) << "what was there stays";
+    server.reply(Reply::of(200, "OK", "", "new"));
+    EXPECT_EQ(bytesOf(*download(saving).get().getData()), "new");
+    EXPECT_EQ(textOf(target), "new");
+    server.reply(Reply::of(200, "OK", "", bytes));
+    EXPECT_EQ(get(saving).get().extract_string(true).get(), "");
+    EXPECT_EQ(textOf(target), bytes);
+    server.reply(Reply::of(400, "E", "", "why"));
+    EXPECT_EQ(get(saving).get().extract_string(true).get(), "why");
+    EXPECT_EQ(files().size(), 1U);
+
+    const auto canceled = [&](const auto& begin) {
+        server.reply(Reply::raw(head).then(0ms, bytes).endingWith(Ending::KeepOpen));
+        pplx::cancellation_token_source source;
+        std::atomic<uint64_t> arrived = 0;
+        const auto task = begin(saving->with(
+            CallOptions().cancelOn(source.get_token()).onProgress([&](const auto& p) { arrived = p.bytes; })));
+        for (int i = 0; i < 2000 && arrived < bytes.size() / 2; ++i) {
+            std::this_thread::sleep_for(5ms);
+        }
+        EXPECT_EQ(files().size(), 2U);
+        source.cancel();
+        EXPECT_EQ(endOf(task), "canceled");
+        EXPECT_EQ(files().size(), 1U) << "when the task has ended, nothing is left";
+    };
+    canceled(download);
+    canceled(get);
+
+    const std::size_t requests = server.requests().size();
+    EXPECT_THROW(download(client->with(CallOptions().saveTo((folder / "no" / "file").string()))), std::system_error);
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { list(saving); }),
+              "SchemaApi->select_SchemasSchema: there is no download to save");
+    EXPECT_EQ(server.requests().size(), requests);
+}
+
+TEST_F(TransportTest, DownloadsGoToASink) {
+    const std::string bytes = someBytes(300000);
+    std::string got;
+    const auto sinking = client->with(CallOptions().saveTo(
+        [&](const uint8_t* data, std::size_t size) { got.append(reinterpret_cast<const char*>(data), size); }));
+    server.reply(Reply::of(200, "OK", "", bytes));
+    EXPECT_EQ(bytesOf(*download(sinking).get().getData()), "");
+    EXPECT_EQ(got, bytes);
+    const auto failing = client->with(CallOptions().saveTo([](const uint8_t*, std::size_t) { throw OwnError(); }));
+    server.reply(Reply::of(200, "OK", "", bytes));
+    EXPECT_EQ(endOf(download(failing)), "own");
+}
+
+TEST_F(TransportTest, BodiesAreSentFromStreams) {
+    const std::string bytes = someBytes(300000);
+    std::ofstream(target, std::ios::binary) << bytes;
+    const auto post = [&](const std::shared_ptr<IHttpBody>& body, const std::string& method = "POST") {
+        return client->callApi("/x", method, {}, body, {}, {}, {}, "a/b");
+    };
+    server.reply(Reply::redirect(307, "/base/next"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(endOf(post(StreamBody::ofFile(target))), "ok");
+    for (const auto& request : server.requests()) {
+        EXPECT_EQ(request.body, bytes);
+        EXPECT_EQ(request.header("Content-Length"), "300000");
+    }
+    auto multipart = std::make_shared<MultipartFormData>("B");
+    multipart->add(ModelBase::toHttpContent("text", "t"));
+    const auto file = ModelBase::toHttpContent("file", "");
+    file->setData(std::make_shared<std::ifstream>(target, std::ios::binary));
+    multipart->add(file);
+    multipart->add(ModelBase::toHttpContent("empty", ""));
+    multipart->add(ModelBase::toHttpContent("last", "l"));
+    std::ostringstream whole;
+    multipart->writeTo(whole);
+    server.reply(Reply::redirect(307, "/base/next"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(multipart->asStream(), multipart->size()))), "ok");
+    EXPECT_EQ(server.requests().at(2).body, whole.str());
+    EXPECT_EQ(server.requests().at(3).body, whole.str());
+
+    server.replyAlways(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(std::make_shared<std::istringstream>("short"), 6))),
+              "http_exception");
+    struct Failing final : std::streambuf {
+        int_type underflow() override { throw OwnError(); }
+    } failing;
+    EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(std::make_shared<std::istream>(&failing), 6))), "own");
+    EXPECT_THROW(StreamBody::ofFile(folder), std::system_error);
+    EXPECT_THROW(StreamBody::ofFile(target + "x"), std::system_error);
+    messageOf<std::invalid_argument>([] { StreamBody(nullptr, 0); });
+}
+
+TEST_F(TransportTest, AnAnswerMayComeBeforeTheBodyWasSent) {
+    const std::string bytes = someBytes(30000000);
+    Listener early;
+    configuration->setBaseUrl(early.url());
+    auto reader = std::async(std::launch::async, [&] {
+        early.readSlowly(0ms, 64, 64, "HTTP/1.1 413 Too Large\r\nContent-Length: 3\r\n\r\nwhy");
+    });
+    const auto body = std::make_shared<StreamBody>(std::make_shared<std::istringstream>(bytes), bytes.size());
+    const auto answer = client->callApi("/x", "POST", {}, body, {}, {}, {}, "a/b").get();
+    EXPECT_EQ(answer.status_code(), 413);
+    EXPECT_EQ(answer.extract_string(true).get(), "why");
+    configuration->setTransport(nullptr);
+    client.reset();
+    reader.get();
+}
+
+TEST_F(TransportTest, AProxyCarriesCalls) {
+    // The HTTP library never frees the credentials that it decrypts.
+    turnLeakCheckOff();
+    RecordingServer proxy("http://far.test:81");
+    proxy.reply(Reply::json("{}"));
+    web::web_proxy settings(proxy.origin());
+    settings.set_credentials({"user", "secret"});
+    setenv("no_proxy", "*", 1); // That is about proxies of the environment.
+    configuration->getHttpConfig().set_proxy(settings);
+    configuration->setBaseUrl("http://far.test:81/b");
+    EXPECT_EQ(endOf(list(client)), "ok");
+    const Request request = proxy.takeRequest();
+    EXPECT_EQ(request.target, "http://far.test:81/b/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema");
+    EXPECT_EQ(request.header("Proxy-Authorization"), "Basic dXNlcjpzZWNyZXQ=");
+    unsetenv("no_proxy");
+    EXPECT_TRUE(proxy.takeErrors().empty());
+}
+
+TEST_F(TransportTest, RequestsAreTheSameByteForByte) {
+    const auto callAll = [&] {
+        server.replyAlways(Reply::json("{}"));
+        const std::size_t before = server.requests().size();
+        const auto body = std::make_shared<JsonBody>(web::json::value(1));
+        for (const char* method : {"GET", "POST", "PUT", "DELETE", "PATCH"}) {
+            client
+                ->callApi("/a%20b//c?d=e%", method, {{"f", "g h"}}, nullptr, {{"X-Empty", ""}, {"x", "ü"}}, {}, {}, "")
+                .get();
+        }
+        client->callApi("/x", "POST", {}, body, {{"Content-Type", "own/type"}}, {}, {}, "a/b").get();
+        list(client).get();
+        auto requests = server.requests();
+        requests.erase(requests.begin(), requests.begin() + static_cast<std::ptrdiff_t>(before));
+        return requests;
+    };
+    const auto chosen = callAll();
+    configuration->setTransport(freshConnections());
+    const auto usual = callAll();
+    ASSERT_EQ(chosen.size(), usual.size());
+    for (std::size_t i = 0; i < usual.size(); ++i) {
+        EXPECT_EQ(chosen[i].method + chosen[i].target + chosen[i].body,
+                  usual[i].method + usual[i].target + usual[i].body);
+        EXPECT_EQ(chosen[i].headers, usual[i].headers);
+    }
+}
+
+TEST_F(TransportTest, ATransportOfOnesOwnAnswersCalls) {
+    const auto replay = std::make_shared<ReplayTransport>();
+    configuration->setTransport(replay);
+    const std::string large = "{\"instances\":[" + std::string(200000, ' ') + "{}]}";
+    replay->answer({200, "OK", {}, large});
+    EXPECT_EQ(list(client).get()->getInstances().size(), 1U);
+    replay->answer({404, "Not Found", {}, "why"});
+    EXPECT_EQ(apiErrorOf([&] { list(client).get(); }), "404 error calling select_SchemasSchema: Not Found|why");
+    replay->answer({302, "", {{"Location", "/base/next"}}, ""});
+    replay->answer({200, "OK", {{"Content-Type", "application/octet-stream"}}, large});
+    const auto saved = download(client->with(CallOptions().saveTo(target))).get();
+    EXPECT_EQ(bytesOf(*saved.getData()), large);
+    replay->answer({204, "", {}, ""});
+    SchemaApi(client).delete_SchemasSchema_instanceId("L", "i").get();
+    EXPECT_EQ(endOf(list(client)), "http_exception");
+    const auto sent = replay->sent();
+    EXPECT_EQ(sent.size(), 6U);
+    EXPECT_EQ(sent.at(3).url.to_string(), server.url() + "/next");
+    EXPECT_TRUE(server.requests().empty());
+}
+
+#if defined(FORMS_TEST_CURL)
+
+class CurlTransportTest : public TransportTest {
+protected:
+    void SetUp() override {
+        if (!isOverCurl()) {
+            GTEST_SKIP() << "it is about the curl transport";
+        }
+    }
+    static Reply kept(const Reply& reply = Reply::json("{}")) { return reply.endingWith(Ending::KeepOpen); }
+};
+
+TEST_F(CurlTransportTest, ConnectionsAreKeptForThoseWhoShareTheTransport) {
+    server.replyAlways(kept());
+    for (int i = 0; i < 3; ++i) {
+        list(client).get();
+    }
+    EXPECT_EQ(server.connections(), 1U);
+    const auto other = std::make_shared<ApiConfiguration>(*configuration);
+    list(std::make_shared<ApiClient>(other)).get();
+    EXPECT_EQ(server.connections(), 1U);
+    other->setTransport(chosenTransport());
+    list(std::make_shared<ApiClient>(other)).get();
+    EXPECT_EQ(server.connections(), 2U);
+    other->setTransport(nullptr);
+    EXPECT_TRUE(server.waitForCloses(1)) << "nobody has the other transport any more";
+    list(client).get();
+    EXPECT_EQ(server.connections(), 2U);
+}
+
+TEST_F(CurlTransportTest, WhatMayNotBeRepeatedIsSentOnce) {
+    const auto insert = [this] { return endOf(SchemaApi(client).insert_SchemasSchema("L", boost::none)); };
+    // The service closes idle connections: in order, and while the next request is on its way.
+    for (const bool resets : {false, true}) {
+        for (int i = 0; i < 3; ++i) {
+            server.reply(kept());
+            list(client).get(); // leaves a kept connection
+            server.reply(kept().then(resets ? 0ms : 20ms, "").endingWith(resets ? Ending::Reset : Ending::Close));
+            EXPECT_EQ(insert(), "ok");
+        }
+    }
+    EXPECT_EQ(server.requests().size(), 12U);
+    // One that dies without an answer may have had its effect.
+    server.reply(kept());
+    list(client).get();
+    server.reply(Reply::raw("").endingWith(Ending::Reset));
+    EXPECT_NE(insert(), "ok");
+    EXPECT_EQ(server.requests().size(), 14U);
+    // A reading is repeated where the connection was a kept one.
+    configuration->setTransport(chosenTransport());
+    server.reply(kept());
+    list(client).get();
+    server.reply(Reply::raw("").endingWith(Ending::Reset));
+    server.reply(kept());
+    EXPECT_EQ(endOf(list(client)), "ok");
+    EXPECT_EQ(server.requests().size(), 17U);
+    // So is what replaces, with its whole body.
+    server.reply(Reply::raw("").endingWith(Ending::Reset));
+    server.reply(kept());
+    const auto body = std::make_shared<StreamBody>(std::make_shared<std::istringstream>("bytes"), 5);
+    EXPECT_EQ(endOf(client->callApi("/x", "PUT", {}, body, {}, {}, {}, "a/b")), "ok");
+    EXPECT_EQ(server.requests().size(), 19U);
+    EXPECT_EQ(server.requests().back().body, "bytes");
+}
+
+TEST_F(CurlTransportTest, FailuresHaveCodes) {
+    const std::string nobody = RecordingServer().url();
+    configuration->setBaseUrl(nobody);
+    EXPECT_EQ(endOf(list(client)), "refused");
+    configuration->setBaseUrl("http://nowhere.invalid");
+    EXPECT_EQ(endOf(list(client)), "http_exception");
+    configuration->setBaseUrl(server.url());
+    configuration->getHttpConfig().set_timeout(300ms);
+    server.reply(silent);
+    EXPECT_EQ(endOf(list(client)), "late");
+}
+
+TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {
+    server.replyAlways(kept());
+    auto& settings = configuration->getHttpConfig();
+    settings.set_tlsext_sni_enabled(false);
+    messageOf<std::invalid_argument>([&] { list(client); });
+    settings.set_tlsext_sni_enabled(true);
+    settings.set_proxy(web::web_proxy(web::web_proxy::use_auto_discovery));
+    messageOf<std::invalid_argument>([&] { list(client); });
+    EXPECT_TRUE(server.requests().empty());
+    settings.set_proxy(web::web_proxy());
+    // A proxy of the environment, unless it says that there is none for this host.
+    setenv("http_proxy", RecordingServer().origin().c_str(), 1);
+    CurlOptions options;
+    options.proxyFromEnvironment = true;
+    const auto environment = std::make_shared<CurlTransport>(options);
+    EXPECT_EQ(endOf(list(client)), "ok") << "it is ignored";
+    configuration->setTransport(environment);
+    EXPECT_EQ(endOf(list(client)), "refused");
+    setenv("no_proxy", "127.0.0.1", 1);
+    EXPECT_EQ(endOf(list(client)), "ok");
+    unsetenv("http_proxy");
+    unsetenv("no_proxy");
+}
+
+#if defined(FORMS_TEST_NGHTTPD)
+
+TEST_F(CurlTransportTest, SpeaksHttp2WhereTheServiceOffersIt) {
+    const std::string free = RecordingServer().origin(), port = free.substr(free.rfind(':') + 1);
+    const TlsService identity;
+    std::ofstream(folder / "key") << identity.key();
+    std::ofstream(folder / "certificate") << identity.certificate();
+    const fs::path schemas = folder / "sv1.2/Repositories/Varnel.Forms--L/Schemas";
+    fs::create_directories(schemas);
+    std::ofstream(schemas / "Schema") << "{}";
+    // It speaks nothing else, and gives back what it gets.
+    std::string words[] = {
+        FORMS_TEST_NGHTTPD,    "-a", "127.0.0.1", "--echo-upload", "-d", folder, port, folder / "key",
+        folder / "certificate"};
+    std::vector<char*> arguments;
+    for (auto& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    pid_t process = 0;
+    ASSERT_EQ(posix_spawn(&process, arguments[0], nullptr, nullptr, arguments.data(), environ), 0);
+    const auto end = std::shared_ptr<void>(nullptr, [process](auto) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    });
+    configuration->setBaseUrl("https://127.0.0.1:" + port);
+    configuration->getHttpConfig().set_validate_certificates(false);
+    RetryPolicy untilItListens;
+    untilItListens.attempts = 1000;
+    untilItListens.longestPause = 20ms;
+    EXPECT_EQ(endOf(list(client->with(CallOptions().retry(untilItListens)))), "ok");
+    const std::size_t sockets = openSockets();
+    std::vector<decltype(list(client))> tasks;
+    for (int i = 0; i < 64; ++i) {
+        tasks.push_back(list(client));
+    }
+    EXPECT_LE(openSockets(), sockets) << "on one connection";
+    for (const auto& task : tasks) {
+        EXPECT_EQ(endOf(task), "ok");
+    }
+    const std::string bytes = someBytes(300000);
+    const auto body = std::make_shared<BinaryBody>(bytes.data(), bytes.size());
+    EXPECT_EQ(client->callApi("/x", "PUT", {}, body, {}, {}, {}, "a/b").get().extract_string(true).get(), bytes);
+    EXPECT_EQ(messageOf<ApiException>([&] { SchemaApi(client).select_SchemasSchema("M").get(); }),
+              "error calling select_SchemasSchema: ");
+    CurlOptions options;
+    options.http2 = false;
+    configuration->setTransport(std::make_shared<CurlTransport>(options));
+    EXPECT_EQ(endOf(list(client)), "http_exception");
+}
+
+#endif
+
+TEST_F(CurlTransportTest, LimitsHold) {
+    CurlOptions options;
+    options.headerSize = 1000;
+    options.connectionsPerHost = 1;
+    configuration->setTransport(std::make_shared<CurlTransport>(options));
+    server.reply(Reply::of(200, "OK", "X: " + std::string(2000, 'x') + "\r\n", "{}"));
+    EXPECT_EQ(endOf(list(client)), "http_exception");
+    const std::size_t before = server.connections();
+    server.replyAlways(kept(Reply::raw("").then(20ms, Reply::json("{}").pieces[0].bytes)));
+    std::vector<decltype(list(client))> tasks;
+    for (int i = 0; i < 5; ++i) {
+        tasks.push_back(list(client));
+    }
+    for (const auto& task : tasks) {
+        EXPECT_EQ(endOf(task), "ok");
+    }
+    EXPECT_EQ(server.connections(), before + 1);
+    options.stallBytesPerSecond = 1000;
+    options.stallTime = 1s;
+    configuration->setTransport(std::make_shared<CurlTransport>(options));
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\n\r\n").then(100ms, "x", 150));
+    EXPECT_EQ(endOf(list(client)), "late");
+    options.stallTime = 0s;
+    // libcurl counts whole seconds, and begins at two; without any, nothing is kept.
+    for (const auto idle : {1s, 0s}) {
+        options.idleTime = idle;
+        configuration->setTransport(std::make_shared<CurlTransport>(options));
+        const std::size_t fresh = server.connections();
+        list(client).get();
+        std::this_thread::sleep_for(2100ms * idle.count());
+        list(client).get();
+        EXPECT_EQ(server.connections(), fresh + 2) << idle.count();
+    }
+    Listener full(0);
+    full.keepOneWaiting();
+    options.connectTimeout = 100ms;
+    configuration->setTransport(std::make_shared<CurlTransport>(options));
+    configuration->setBaseUrl(full.url());
+    EXPECT_EQ(endOf(list(client)), "late");
+    options.connections = -1;
+    messageOf<std::invalid_argument>([&] { CurlTransport transport(options); });
+}
+
+#endif
+
+} // namespace
+} // namespace forms_test

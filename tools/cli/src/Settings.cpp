@@ -1,0 +1,221 @@
+#include "Settings.h"
+
+#include "Failures.h"
+#include "Sink.h"
+#include "Terminal.h"
+
+#include <VarnelAPI/Forms/detail/HttpClientLibrary.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace VarnelAPI::Forms::cli {
+namespace {
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
+}
+
+std::string configFile() {
+    std::filesystem::path folder = environment("XDG_CONFIG_HOME");
+    if (!folder.is_absolute()) {
+        folder = std::filesystem::path(environment("HOME")) / ".config";
+    }
+    return folder / "varnel-forms" / "profiles.json";
+}
+
+std::string trimmed(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    return begin == std::string::npos ? std::string()
+                                      : text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+}
+
+std::string readFile(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream.is_open() || stream.bad()) {
+        throw Usage(file + " can't be read");
+    }
+    return text;
+}
+
+void addHeader(std::map<std::string, std::string>& headers, const std::string& line) {
+    const std::size_t colon = line.find(':');
+    const std::string name = trimmed(line.substr(0, colon));
+    if (colon == std::string::npos || name.empty()) {
+        throw Usage("a header is \"Name: value\" or @FILE");
+    }
+    headers[name] = trimmed(line.substr(colon + 1));
+}
+
+std::string tokenOf(const Access& access) {
+    return access.tokenFile.empty() ? access.token : readToken(access.tokenFile);
+}
+
+std::string textOf(const Json& profile, const char* name) {
+    const Json* value = member(profile, name);
+    return value == nullptr ? std::string() : cell(*value);
+}
+
+} // namespace
+
+Profiles::Profiles() : m_File(configFile()) {
+    m_Content = std::filesystem::exists(m_File) ? parse(readFile(m_File), m_File) : Json::object(true);
+    if (const Json* all = member(m_Content, "profiles"); all == nullptr || !all->is_object()) {
+        m_Content["profiles"] = Json::object(true);
+    }
+}
+
+std::vector<std::string> Profiles::names() const {
+    std::vector<std::string> all;
+    for (const auto& [name, profile] : m_Content.at("profiles").as_object()) {
+        all.push_back(name);
+    }
+    return all;
+}
+
+std::string Profiles::current() const {
+    return textOf(m_Content, "current");
+}
+
+Access Profiles::at(const std::string& name) const {
+    const Json* profile = member(m_Content.at("profiles"), name);
+    if (profile == nullptr) {
+        throw Usage("there is no profile \"" + name + "\": \"varnel-forms profile list\" shows those there are");
+    }
+    return {textOf(*profile, "url"), textOf(*profile, "location"), textOf(*profile, "token"),
+            textOf(*profile, "tokenFile")};
+}
+
+void Profiles::put(const std::string& name, const Access& access) {
+    Json profile = Json::object(true);
+    for (const auto& [key, value] : {std::pair("url", access.url), std::pair("location", access.location),
+                                     std::pair("token", access.token), std::pair("tokenFile", access.tokenFile)}) {
+        if (!value.empty()) {
+            profile[key] = Json::string(value);
+        }
+    }
+    m_Content["profiles"][name] = profile;
+    if (current().empty()) {
+        m_Content["current"] = Json::string(name);
+    }
+    save();
+}
+
+void Profiles::remove(const std::string& name) {
+    at(name);
+    m_Content["profiles"].erase(name);
+    if (current() == name) {
+        m_Content.erase("current");
+    }
+    save();
+}
+
+void Profiles::use(const std::string& name) {
+    at(name);
+    m_Content["current"] = Json::string(name);
+    save();
+}
+
+void Profiles::save() const {
+    const auto folder = std::filesystem::path(m_File).parent_path();
+    std::filesystem::create_directories(folder.parent_path());
+    if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
+        throw std::system_error(errno, std::generic_category(), folder.string() + " can't be made");
+    }
+    const mode_t mask = umask(077);
+    Sink file(m_File);
+    umask(mask);
+    file.write(toText(m_Content, true) + "\n");
+    file.close();
+}
+
+std::string originOf(const std::string& url) {
+    try {
+        const web::uri uri(url);
+        if (!uri.user_info().empty()) {
+            throw Usage("a URL is no place for a name or a password: give them by --header @FILE");
+        }
+        const bool isSecure = uri.scheme() == "https";
+        if ((isSecure || uri.scheme() == "http") && !uri.host().empty() && uri.fragment().empty()) {
+            const int port = uri.port() > 0 ? uri.port() : isSecure ? 443 : 80;
+            std::string host = uri.host();
+            std::transform(host.begin(), host.end(), host.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+            return uri.scheme() + "://" + host + ":" + std::to_string(port);
+        }
+    } catch (const web::uri_exception&) {
+        // As below.
+    }
+    throw Usage("\"" + harmless(url) + "\" is no URL of a service, such as https://forms.example.com");
+}
+
+std::string readToken(const std::string& file) {
+    std::string token;
+    if (file != "-") {
+        token = trimmed(readFile(file));
+    } else if (isatty(STDIN_FILENO) != 0) {
+        token = trimmed(ask("Token: ", true));
+    } else {
+        token = trimmed({std::istreambuf_iterator<char>(std::cin), {}});
+    }
+    if (token.empty() || std::any_of(token.begin(), token.end(), [](char c) { return c <= ' ' || c > '~'; })) {
+        throw Usage((file == "-" ? "standard input" : file) + " holds no token: it is one word");
+    }
+    return token;
+}
+
+Settings settings(const Access& flags, const std::string& profile, const std::vector<std::string>& headers) {
+    const Access variables{
+        environment("VARNEL_FORMS_URL"), environment("VARNEL_FORMS_LOCATION"), environment("VARNEL_FORMS_TOKEN"), {}};
+    Access chosen;
+    const std::string variable = environment("VARNEL_FORMS_PROFILE");
+    if (const Profiles profiles; !profile.empty() || !variable.empty() || !profiles.current().empty()) {
+        chosen = profiles.at(!profile.empty() ? profile : !variable.empty() ? variable : profiles.current());
+    }
+    Settings result;
+    for (const Access* source : {&flags, &variables, &std::as_const(chosen)}) {
+        result.url = result.url.empty() ? source->url : result.url;
+        result.location = result.location.empty() ? source->location : result.location;
+    }
+    if (result.url.empty()) {
+        throw Usage("nothing says where the service is: give --url, VARNEL_FORMS_URL, or a profile "
+                    "(\"varnel-forms profile add NAME --url URL\")");
+    }
+    const std::string origin = originOf(result.url);
+    for (const Access* source : {&flags, &variables, &std::as_const(chosen)}) {
+        if (source->token.empty() && source->tokenFile.empty()) {
+            continue;
+        }
+        if (source->url.empty() || originOf(source->url) == origin) {
+            result.token = tokenOf(*source);
+            result.withheld.clear();
+            break;
+        }
+        result.withheld = "the token for " + originOf(source->url) + " is not sent to " + origin;
+    }
+    for (const std::string& header : headers) {
+        if (header.empty() || header.front() != '@') {
+            addHeader(result.headers, header);
+            continue;
+        }
+        std::istringstream lines(readFile(header.substr(1)));
+        for (std::string line; std::getline(lines, line);) {
+            if (!trimmed(line).empty()) {
+                addHeader(result.headers, line);
+            }
+        }
+    }
+    return result;
+}
+
+} // namespace VarnelAPI::Forms::cli
