@@ -105,7 +105,7 @@ def main():
     if "--update" in sys.argv:
         committed.write_text("\n".join(found) + "\n")
         return
-    difference = list(difflib.unified_diff(committed.read_text().splitlines(), found, "declarations.txt", "the headers", "", "", 0))
+    difference = list(difflib.unified_diff(committed.read_text().splitlines(), found, "declarations.txt", "the headers", n=0, lineterm=""))
     if difference:
         sys.exit("\n".join(difference) + "\nWhat programs can name has changed. If it is meant: scripts/interface --update, "
                  "and commit it;\nwhat may change, and when, is in CONTRIBUTING.md, \"How to change the interface\".")
