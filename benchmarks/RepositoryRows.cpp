@@ -74,13 +74,13 @@ Operation filteringByHand() {
     };
 }
 
-/// 64 pages, read by so many threads.
+/// 512 pages, read by so many threads: enough that it does not matter which of them ends last.
 Operation reading(int threads) {
     return [threads, page = listing(few, firstPage)] {
         std::vector<std::thread> readers;
         for (int i = 0; i < threads; ++i) {
             readers.emplace_back([&] {
-                for (int j = 0; j < 64 / threads; ++j) {
+                for (int j = 0; j < 512 / threads; ++j) {
                     page();
                 }
             });

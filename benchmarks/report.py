@@ -51,7 +51,7 @@ ROWS = {
     "repository-filter": ("filtered page of 100,000 / parsing each", {"cpu": 0.2}),
     "repository-filter-memory": ("the same / a page", {"peak": 1.5}),
     "repository-order-memory": ("ordered page of 100,000 / a page", {"peak": 1.5}),
-    "repository-readers": ("64 pages by 8 threads / by one", {"wall": 1 / 1.6}),
+    "repository-readers": ("512 pages by 8 threads / by one", {"wall": 1 / 1.6}),
     "late-200": ("64 late bodies / their delay", {"wall": 1.2}),
     "late-500": ("64 late bodies of errors / their delay", {"wall": 1.2}),
     "late-type": ("64 late bodies of another type / their delay", {"wall": 1.2}),
