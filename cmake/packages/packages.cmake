@@ -20,9 +20,10 @@ set(same_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 # Named by the SOVERSION. What is added to the interface comes with a new version, which programs then need.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libvarnel-forms${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_SYMBOLS ${PROJECT_BINARY_DIR}/symbols)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/triggers)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/triggers ${CPACK_SYMBOLS})
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "client library for the Varnel Forms service\n\
 Typed, task-based access to a repository of forms and issues over HTTP.\n\
 \n\

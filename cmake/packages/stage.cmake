@@ -19,6 +19,11 @@ foreach(group RUNTIME DEV TOOLS)
             --output ${share}/man/man1/varnel-forms-repository.1
             ${CPACK_TEMPORARY_DIRECTORY}/${folder}/usr/bin/varnel-forms-repository)
     endif()
+    if(group STREQUAL "RUNTIME")
+        # Which version brought which symbol: all are of this one, until a later one keeps this file and adds to it.
+        run(dpkg-gensymbols -q -p${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} -v${version}
+            -P${CPACK_TEMPORARY_DIRECTORY}/${folder} -O${CPACK_SYMBOLS})
+    endif()
     file(GLOB compressed ${doc}/changelog* ${share}/man/man1/*)
     run(gzip -9 --no-name --force ${compressed})
 endforeach()
