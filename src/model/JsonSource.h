@@ -43,8 +43,11 @@ public:
     /// The text of a string, copied or taken.
     utility::string_t text() const {
         const utility::string_t& text = m_Json->as_string();
+        if (m_Use == JsonUse::Keep) {
+            return text;
+        }
         // A tree that is ours to consume is no constant.
-        return m_Use == JsonUse::Keep ? text : std::move(const_cast<utility::string_t&>(text));
+        return std::move(const_cast<utility::string_t&>(text));
     }
     /// The value as a tree, for the conversions of single values.
     web::json::value& tree() const { return *m_Json; }
@@ -143,7 +146,7 @@ public:
             break;
         }
         std::vector<Member> members;
-        eachMember([&](Member member) { members.push_back(std::move(member)); });
+        eachMember([&](const Member& member) { members.push_back(member); });
         sort(members);
         std::vector<std::pair<utility::string_t, web::json::value>> fields;
         fields.reserve(members.size());

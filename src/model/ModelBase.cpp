@@ -44,6 +44,7 @@ template <class Value>
 std::shared_ptr<HttpContent> numberContent(const utility::string_t& name, Value value,
                                            const utility::string_t& contentType) {
     utility::ostringstream_t text;
+    text.exceptions(std::ios_base::badbit); // or a number would be cut off where memory runs out
     text.imbue(std::locale::classic());
     text << value;
     return ModelBase::toHttpContent(name, text.str(), contentType);

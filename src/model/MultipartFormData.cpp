@@ -19,6 +19,7 @@ namespace {
 
 utility::string_t randomBoundary() {
     utility::ostringstream_t text;
+    text.exceptions(std::ios_base::badbit); // or a boundary would be cut off where memory runs out
     text.imbue(std::locale::classic());
     text << boost::uuids::random_generator()();
     return text.str();
