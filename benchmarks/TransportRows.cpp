@@ -134,6 +134,7 @@ std::vector<Row> transportRows() {
         kept("get-https-kept-64", tlsServerUrl, 64),
         kept("get-kept-curl", serverUrl, 1),
         wishing("get-no-wish", CallOptions()),
+        wishing("get-unobserved", CallOptions().observer(std::make_shared<Observer>(nullptr))),
         wishing("get-observed", CallOptions().observer(std::make_shared<Observer>([](const auto&) {}))),
         wishing("get-retry", CallOptions().retry({})),
         files("download-file", downloading, downloadingByHand, false),

@@ -4,6 +4,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 say() { printf '\n== %s\n' "$*"; }
 
+as_root() {
+    local sudo=sudo
+    [ "$(id -u)" -ne 0 ] || sudo=
+    $sudo "$@"
+}
+
 # install PART...: the packages of those parts of packages.txt that are not there yet.
 install() {
     local wanted missing=() part package
@@ -16,10 +22,8 @@ install() {
     done
     [ ${#missing[@]} -eq 0 ] && return
     say "Installing ${missing[*]}"
-    local as_root=()
-    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-    "${as_root[@]}" apt-get -qq update
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install --yes --no-install-recommends "${missing[@]}" >/dev/null
+    as_root apt-get -qq update
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq install --yes --no-install-recommends "${missing[@]}" >/dev/null
 }
 
 # build PRESET [TARGET...]

@@ -88,5 +88,19 @@ TEST(FastLane, LeavesAllToTheTreeWhereMembersKeepTheirOrder) {
     EXPECT_EQ(isTaken(R"("b":1,"a":2)"), hasLane);
 }
 
+TEST(Texts, AreWrittenAsTheTreeWritesThem) {
+    // Each byte at each place of the eight that are looked at together, and among the rest.
+    DynamicSchemaBaseClass issue;
+    for (int byte = 0; byte < 0x80; ++byte) {
+        for (std::size_t place = 0; place < 19; ++place) {
+            utility::string_t text = _XPLATSTR("a text of 24 bytes \u00e9 \u00e9");
+            text.insert(place, 1, static_cast<utility::char_t>(byte));
+            issue.setSubject(text);
+            ASSERT_EQ(detail::writeText(issue), utility::conversions::to_utf8string(issue.toJson().serialize()))
+                << byte << " at " << place;
+        }
+    }
+}
+
 } // namespace
 } // namespace forms_test

@@ -642,7 +642,13 @@ TEST_F(RetriesTest, ObserversChangeNothing) {
         std::this_thread::sleep_for(5ms);
     }
     EXPECT_EQ(seen, 300);
-    EXPECT_THROW(Observer(nullptr), std::invalid_argument);
+    // One without a function takes the place of the client's.
+    Events events;
+    const auto observed = client->with(CallOptions().observer(events.observer()));
+    EXPECT_EQ(endOf("select", observed->with(CallOptions().observer(std::make_shared<Observer>(nullptr)))), "ok");
+    EXPECT_EQ(endOf("select", observed), "ok");
+    const std::string text = events.take(1);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3) << text;
 }
 
 TEST_F(RetriesTest, TheTraceContextIsTheCallers) {

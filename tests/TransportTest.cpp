@@ -715,13 +715,15 @@ TEST_F(CurlTransportTest, SpeaksHttp2WhereTheServiceOffersIt) {
     untilItListens.longestPause = 20ms;
     EXPECT_EQ(endOf(list(client->with(CallOptions().retry(untilItListens)))), "ok");
     const std::size_t sockets = openSockets();
-    std::vector<decltype(list(client))> tasks;
-    for (int i = 0; i < 64; ++i) {
-        tasks.push_back(list(client));
-    }
-    EXPECT_LE(openSockets(), sockets) << "on one connection";
-    for (const auto& task : tasks) {
-        EXPECT_EQ(endOf(task), "ok");
+    for (int round = 0; round < 5; ++round) { // one alone seldom shows a stream that is forgotten
+        std::vector<decltype(list(client))> tasks;
+        for (int i = 0; i < 64; ++i) {
+            tasks.push_back(list(client));
+        }
+        EXPECT_LE(openSockets(), sockets) << "on one connection";
+        for (const auto& task : tasks) {
+            ASSERT_EQ(endOf(task), "ok");
+        }
     }
     const std::string bytes = someBytes(300000);
     const auto body = std::make_shared<BinaryBody>(bytes.data(), bytes.size());

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace VarnelAPI::Forms::model::detail {
 
@@ -60,12 +62,26 @@ private:
     Fields m_Fields;
 };
 
+/// Whether any of eight bytes needs an escape in a string of JSON: a control character, a quote or a backslash. From a
+/// byte less than n, n can't be taken without setting its highest bit, and the lowest such byte is the first to borrow.
+bool needEscape(const char* eight) {
+    constexpr std::uint64_t each = 0x0101010101010101U;
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, eight, sizeof(bytes));
+    const auto anyLess = [](std::uint64_t all, std::uint64_t n) { return (all - each * n) & ~all; };
+    const auto any = anyLess(bytes, 0x20) | anyLess(bytes ^ (each * '"'), 1) | anyLess(bytes ^ (each * '\\'), 1);
+    return (any & (each * 0x80)) != 0;
+}
+
 /// Appends a string of JSON, as the HTTP library writes it.
 void appendString(std::string& text, std::string_view utf8) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     text += '"';
     std::size_t from = 0;
     for (std::size_t i = 0; i < utf8.size(); ++i) {
+        while (utf8.size() - i > sizeof(std::uint64_t) && !needEscape(utf8.data() + i)) {
+            i += sizeof(std::uint64_t);
+        }
         const auto byte = static_cast<unsigned char>(utf8[i]);
         if (byte >= 0x20 && byte != '"' && byte != '\\') {
             continue;

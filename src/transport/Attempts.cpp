@@ -94,8 +94,8 @@ Attempts::Attempts(Call call, OnResponse onResponse)
     m_Clock = m_Clock ? m_Clock : systemClock();
     m_Start = m_Clock->now();
     m_CanRepeat = canRewind(m_Parts);
-    if (const auto& observer = m_Call.control->wishes().observer) {
-        m_Recorder = observer->m_Recorder;
+    if (m_Call.control->wishes().isObserved()) {
+        m_Recorder = m_Call.control->wishes().observer->m_Recorder;
         const web::uri url = web::uri_builder(m_Call.base).append(m_Uri).to_uri();
         static std::atomic<uint64_t> calls{0};
         m_Event.call = ++calls;

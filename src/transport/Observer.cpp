@@ -1,8 +1,6 @@
 #include "Pool.h"
 #include "Recorder.h"
 
-#include <stdexcept>
-
 namespace VarnelAPI::Forms::transport {
 
 namespace detail {
@@ -21,9 +19,6 @@ utility::string_t lowerCase(utility::string_t text) {
 Recorder::Recorder(Observer::Function function, const std::set<utility::string_t>& headers,
                    std::set<utility::string_t> query)
     : m_Function(std::move(function)), m_Query(std::move(query)) {
-    if (!m_Function) {
-        throw std::invalid_argument("the function of an observer is empty");
-    }
     for (const auto& name : headers) {
         m_Headers.insert(lowerCase(name));
     }
@@ -74,7 +69,8 @@ std::map<utility::string_t, utility::string_t> Recorder::shown(const utility::st
 
 Observer::Observer(Function function, const std::set<utility::string_t>& namedHeaders,
                    const std::set<utility::string_t>& namedQuery)
-    : m_Recorder(std::make_shared<detail::Recorder>(std::move(function), namedHeaders, namedQuery)) {}
+    : m_Recorder(function ? std::make_shared<detail::Recorder>(std::move(function), namedHeaders, namedQuery)
+                          : nullptr) {}
 Observer::~Observer() = default;
 
 } // namespace VarnelAPI::Forms::transport

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VarnelAPI/Forms/transport/CallOptions.h>
+#include <VarnelAPI/Forms/transport/Observer.h>
 
 #include <map>
 
@@ -28,7 +29,8 @@ struct Wishes {
         return token || deadline || onProgress || onResponse || saves() || concernAttempts();
     }
     /// Whether one request may not be all there is to do, or to tell.
-    bool concernAttempts() const { return (retry && retry->attempts > 1) || credentials || observer; }
+    bool concernAttempts() const { return (retry && retry->attempts > 1) || credentials || isObserved(); }
+    bool isObserved() const { return observer && observer->m_Recorder; }
 };
 
 /// The headers that calls with these options have, made now.

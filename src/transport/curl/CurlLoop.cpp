@@ -22,6 +22,10 @@ struct Loops {
 
 constexpr std::chrono::milliseconds longestWait{60000};
 
+/// libcurl forgets at times, when it reads several streams of HTTP/2 from one connection, to tell that what it read for
+/// one of them while it worked on another waits there (seen with 7.88.1). It is found when all are looked at.
+constexpr std::chrono::milliseconds longestWaitAmongStreams{50};
+
 } // namespace
 
 CurlLoop::CurlLoop(const CurlOptions& options) : m_Options(options) {
@@ -95,6 +99,7 @@ void CurlLoop::begin(std::shared_ptr<CurlTransfer> transfer) {
 void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
     transfer->begins();
     m_Active.insert(transfer);
+    m_MayShare = m_MayShare || (m_Options.http2 && m_Active.size() > 1);
     m_Earliest = std::min(m_Earliest, transfer->isLateAt());
     curl_easy_setopt(transfer->handle(), CURLOPT_PRIVATE, transfer.get());
     if (curl_multi_add_handle(m_Multi, transfer->handle()) != CURLM_OK) {
@@ -163,11 +168,12 @@ void CurlLoop::work() {
         curl_multi_perform(m_Multi, &running);
         takeEnded();
         takeLate();
+        m_MayShare = m_MayShare && !m_Active.empty();
+        const auto longest = m_MayShare ? longestWaitAmongStreams : longestWait;
         const auto wait = m_Earliest == Clock::time_point::max()
-                              ? longestWait
+                              ? longest
                               : std::chrono::duration_cast<std::chrono::milliseconds>(m_Earliest - Clock::now());
-        const auto bounded =
-            std::clamp<std::chrono::milliseconds>(wait + std::chrono::milliseconds(1), {}, longestWait);
+        const auto bounded = std::clamp<std::chrono::milliseconds>(wait + std::chrono::milliseconds(1), {}, longest);
         curl_multi_poll(m_Multi, nullptr, 0, static_cast<int>(bounded.count()), nullptr);
     }
     m_End.set_value();

@@ -57,6 +57,8 @@ private:
     std::unordered_set<std::shared_ptr<CurlTransfer>> m_Active;
     /// No transfer is late before.
     Clock::time_point m_Earliest = Clock::time_point::max();
+    /// Whether transfers may have been streams of one connection, since there were none.
+    bool m_MayShare = false;
     bool m_IsClosing = false;
     bool m_IsHalted = false;
 };

@@ -12,8 +12,8 @@ constexpr int readerCount = 8;
 /// How long to wait for another program that uses the file, in milliseconds.
 constexpr int patience = 5000;
 
-/// SQLite counts its memory under one lock for all connections, so that readers wait for each other more than they read.
-/// Nobody asks for the count. In a process where SQLite has begun already, this changes nothing.
+/// SQLite counts its memory under one lock for all connections, so that readers wait for each other more than they
+/// read. Nobody asks for the count. In a process where SQLite has begun already, this changes nothing.
 void countNoMemory() {
     [[maybe_unused]] static const int ignored = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
 }

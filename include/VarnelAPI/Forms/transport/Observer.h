@@ -16,6 +16,7 @@ namespace VarnelAPI::Forms::transport {
 namespace detail {
 class Attempts;
 class Recorder;
+struct Wishes;
 } // namespace detail
 
 /// Something that happened to a call. It holds no body, no credentials, and of headers and queries no values but those
@@ -58,14 +59,14 @@ struct CallEvent {
 ///
 /// The function is called in threads of the task library's pool, never twice at the same time, and with the events of
 /// a call in their order. The calls don't wait for it: it may be slow, and what it throws is dropped. Events that it
-/// has not had yet are held in memory, and lost if the process ends.
+/// has not had yet are held in memory, and lost if the process ends. One without a function costs the calls nothing:
+/// with it, calls of a client that has an observer go unobserved.
 class VARNEL_FORMS_API Observer {
 public:
     using Function = std::function<void(const CallEvent&)>; ///< What gets the events.
 
     /// @param namedHeaders those headers of answers, and ...
     /// @param namedQuery ... those query options, whose values are shown.
-    /// @throws std::invalid_argument for an empty function.
     explicit Observer(Function function, const std::set<utility::string_t>& namedHeaders = {},
                       const std::set<utility::string_t>& namedQuery = {});
     Observer(const Observer&) = delete;
@@ -74,6 +75,7 @@ public:
 
 private:
     friend class detail::Attempts;
+    friend struct detail::Wishes;
 
     std::shared_ptr<detail::Recorder> m_Recorder;
 };
