@@ -417,16 +417,6 @@ TEST(ModelWalk, NeedsNoTree) {
     }
 }
 
-TEST(ModelWalk, EscapesAsTheTreeDoesWherever) {
-    VarnelAPI::Forms::model::DynamicSchemaFile file;
-    for (std::size_t before = 0; before < 18; ++before) {
-        for (char c = 0; c >= 0 && c < 0x7F; ++c) {
-            file.setName(std::string(before, 'a') + c + std::string(before % 5, 'b'));
-            EXPECT_EQ(detail::writeText(file), file.toJson().serialize());
-        }
-    }
-}
-
 TEST(ModelWalk, WritesOnePartPerPropertyAndReadsItByItsBareKey) {
     for (const auto& [name, its] : allClasses()) {
         SCOPED_TRACE(name);
