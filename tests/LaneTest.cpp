@@ -100,6 +100,10 @@ TEST(Texts, AreWrittenAsTheTreeWritesThem) {
                 << byte << " at " << place;
         }
     }
+    for (const double number : {0.1, 1.0 / 3, 1e22, 5e-324, 123456789.12345679}) {
+        issue.setLatitude(number);
+        EXPECT_EQ(detail::writeText(issue), utility::conversions::to_utf8string(issue.toJson().serialize()));
+    }
 }
 
 } // namespace

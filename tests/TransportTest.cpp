@@ -359,8 +359,9 @@ TEST_F(TransportTest, WhatCameBackIsToldForSuccessAndFailure) {
     EXPECT_EQ(endOf(SchemaApi(told).delete_SchemasSchema_instanceId("L", "i")), "ok");
     EXPECT_EQ(seen, "200a;404a;200;");
     server.reply(Reply::of(404, "Not Found", id, "{}"));
-    const auto failing = client->with(CallOptions().onResponse([](auto, const auto&) { throw OwnError(); }));
+    const auto failing = told->with(CallOptions().onResponse([](auto, const auto&) { throw OwnError(); }));
     EXPECT_EQ(endOf(list(failing)), "own");
+    EXPECT_EQ(seen, "200a;404a;200;") << "what is said last takes its place";
 }
 
 TEST_F(TransportTest, DownloadsAreSavedWholeOrNotAtAll) {
