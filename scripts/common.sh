@@ -56,10 +56,11 @@ start_repository() {
 
 # start_program PROGRAM ARGUMENT...: runs one that writes the URL of a repository, as the one that stop_repository ends.
 start_program() {
+    rm -f "$repository_work/url" # of one that ran before
     "$@" >"$repository_work/url" &
     repository=$!
     for _ in $(seq 100); do
-        [ -s "$repository_work/url" ] && break
+        grep -qs 'http://' "$repository_work/url" && break
         kill -0 "$repository" 2>/dev/null || { echo "the repository did not start" >&2; exit 1; }
         sleep 0.1
     done

@@ -21,7 +21,7 @@ foreach(group RUNTIME DEV TOOLS)
     endif()
     if(group STREQUAL "RUNTIME")
         # Which version brought which symbol: all are of this one, until a later one keeps this file and adds to it.
-        run(dpkg-gensymbols -q -p${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} -v${version}
+        run(dpkg-gensymbols -q -p${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} -v${CPACK_PACKAGE_VERSION}
             -P${CPACK_TEMPORARY_DIRECTORY}/${folder} -O${CPACK_SYMBOLS})
     endif()
     file(GLOB compressed ${doc}/changelog* ${share}/man/man1/*)
