@@ -61,6 +61,38 @@ TEST(Multipart, WritesItsPartsInTheOrderOfAdding) {
     EXPECT_EQ(begin, expected.substr(0, 10));
     EXPECT_EQ(stream->tellg(), 10);
     seedWriting(multipart);
+    // From within a part that is read block by block, too.
+    multipart.add(part("large", "", "", std::string(100000, 'x')));
+    const auto blocks = multipart.asStream();
+    blocks->ignore(static_cast<std::streamsize>(expected.size()) + 100);
+    blocks->seekg(0);
+    EXPECT_EQ(bytesOf(*blocks), written(multipart));
+}
+
+TEST(Multipart, EndsWhereAPartHasLessThanItSaid) {
+    struct Shrunk final : std::streambuf {
+        int_type underflow() override {
+            if (isGiven && ++calls < 1000) { // Who asks for ever gets the rest.
+                return traits_type::eof();
+            }
+            isGiven = true;
+            setg(&byte, &byte, &byte + 1);
+            return byte;
+        }
+        pos_type seekoff(off_type, std::ios_base::seekdir from, std::ios_base::openmode) override {
+            setg(nullptr, nullptr, nullptr);
+            isGiven = false;
+            return from == std::ios_base::end ? 5 : 0;
+        }
+        char byte = 'a';
+        bool isGiven = false;
+        int calls = 0;
+    } shrunk;
+    MultipartFormData multipart("B"_t);
+    multipart.add(part("a", "", "", ""));
+    multipart.getContent("a"_t)->setData(std::make_shared<std::istream>(&shrunk));
+    const std::string read = bytesOf(*multipart.asStream());
+    EXPECT_EQ(read.substr(read.find("\r\n\r\n")), "\r\n\r\na");
 }
 
 TEST(Multipart, FindsPartsByName) {

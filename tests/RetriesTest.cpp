@@ -118,6 +118,7 @@ const Scenario scenarios[] = {
     {69, "select", "redirect", "302 503 302 200", "500", 0, "ok"},
     {70, "call PUT", "changes", "503~ 200", "500", 1, "answer 200"},
     {71, "file PUT", "changes", "503~ 429~ 200", "500 1000", 1, "answer 200"},
+    {72, "select", "n5", "noroute netdown netreset unconnected 200", "500 1000 2000 4000", 0, "ok"},
 };
 
 class RetriesTest : public ::testing::Test {
@@ -450,7 +451,9 @@ TEST_F(RetriesTest, TokensAreAskedForWhenTheyAreNeeded) {
             }
             service->script(script, *clock);
             pipe.left = "bytes";
-            ends += (ends.empty() ? "" : " ") + endOf(row.call, over);
+            const std::string end = endOf(row.call, over);
+            ASSERT_NE(end, "never");
+            ends += (ends.empty() ? "" : " ") + end;
             EXPECT_EQ(service->unplayed(), 0U);
             for (const std::string& request : service->requests()) {
                 const std::string header = ": Bearer SECRET-";
@@ -463,6 +466,7 @@ TEST_F(RetriesTest, TokensAreAskedForWhenTheyAreNeeded) {
         EXPECT_EQ(ends, row.ends);
         EXPECT_EQ(sent, row.sent);
         EXPECT_EQ(provider->asked, row.asked);
+        EXPECT_EQ(clock->pauses(), row.number == 113 ? "500 1000" : "") << "none before another token is tried";
     }
     EXPECT_EQ(said().find("SECRET"), std::string::npos) << said();
     EXPECT_THROW(Credentials(nullptr), std::invalid_argument);
@@ -621,9 +625,11 @@ TEST_F(RetriesTest, ObserversChangeNothing) {
     EXPECT_EQ(endOf("select", client->with(CallOptions().observer(throwing))), "ok");
     std::promise<void> release;
     std::atomic<int> seen = 0, atOnce = 0;
-    const auto slow = std::make_shared<Observer>([&, wait = release.get_future().share()](const CallEvent&) {
+    // A call that waits for its observer would wait for ever.
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    const auto slow = std::make_shared<Observer>([&, end, wait = release.get_future().share()](const CallEvent&) {
         EXPECT_EQ(++atOnce, 1);
-        wait.wait();
+        wait.wait_until(end);
         --atOnce;
         ++seen;
     });

@@ -8,6 +8,7 @@
 #endif
 
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <atomic>
@@ -358,8 +359,9 @@ TEST_F(TransportTest, WhatCameBackIsToldForSuccessAndFailure) {
     EXPECT_EQ(endOf(SchemaApi(told).delete_SchemasSchema_instanceId("L", "i")), "ok");
     EXPECT_EQ(seen, "200a;404a;200;");
     server.reply(Reply::of(404, "Not Found", id, "{}"));
-    const auto failing = client->with(CallOptions().onResponse([](auto, const auto&) { throw OwnError(); }));
+    const auto failing = told->with(CallOptions().onResponse([](auto, const auto&) { throw OwnError(); }));
     EXPECT_EQ(endOf(list(failing)), "own");
+    EXPECT_EQ(seen, "200a;404a;200;") << "what is said last takes its place";
 }
 
 TEST_F(TransportTest, DownloadsAreSavedWholeOrNotAtAll) {
@@ -412,6 +414,27 @@ TEST_F(TransportTest, DownloadsAreSavedWholeOrNotAtAll) {
     };
     canceled(download);
     canceled(get);
+    server.reply(Reply::of(200, "OK", "", bytes));
+    const auto hindered = saving->with(CallOptions().onResponse([&](auto, const auto&) {
+        fs::remove(target);
+        fs::create_directory(target);
+    }));
+    EXPECT_THROW(download(hindered).get(), std::system_error);
+    EXPECT_EQ(files().size(), 1U) << "where the file can't be put, nothing is left either";
+    fs::remove(target);
+
+    // A file that may not grow looks like a full disk, which ends the call, whatever is still to come.
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{100000, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    server.reply(Reply::raw(head).then(0ms, bytes).endingWith(Ending::KeepOpen));
+    const std::string full = endOf(download(saving));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(full.substr(0, 11), "can't write");
+    EXPECT_TRUE(files().empty());
 
     const std::size_t requests = server.requests().size();
     EXPECT_THROW(download(client->with(CallOptions().saveTo((folder / "no" / "file").string()))), std::system_error);
@@ -423,11 +446,12 @@ TEST_F(TransportTest, DownloadsAreSavedWholeOrNotAtAll) {
 TEST_F(TransportTest, DownloadsGoToASink) {
     const std::string bytes = someBytes(300000);
     std::string got;
-    const auto sinking = client->with(CallOptions().saveTo(
+    const auto sinking = client->with(CallOptions().saveTo(target).saveTo(
         [&](const uint8_t* data, std::size_t size) { got.append(reinterpret_cast<const char*>(data), size); }));
     server.reply(Reply::of(200, "OK", "", bytes));
     EXPECT_EQ(bytesOf(*download(sinking).get().getData()), "");
     EXPECT_EQ(got, bytes);
+    EXPECT_TRUE(files().empty()) << "what was said last counts";
     const auto failing = client->with(CallOptions().saveTo([](const uint8_t*, std::size_t) { throw OwnError(); }));
     server.reply(Reply::of(200, "OK", "", bytes));
     EXPECT_EQ(endOf(download(failing)), "own");
@@ -492,7 +516,7 @@ TEST_F(TransportTest, AnAnswerMayComeBeforeTheBodyWasSent) {
 TEST_F(TransportTest, AProxyCarriesCalls) {
     // The HTTP library never frees the credentials that it decrypts.
     turnLeakCheckOff();
-    RecordingServer proxy("http://far.test:81");
+    RecordingServer proxy("http:"); // takes any target
     proxy.reply(Reply::json("{}"));
     web::web_proxy settings(proxy.origin());
     settings.set_credentials({"user", "secret"});
@@ -503,6 +527,10 @@ TEST_F(TransportTest, AProxyCarriesCalls) {
     const Request request = proxy.takeRequest();
     EXPECT_EQ(request.target, "http://far.test:81/b/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema");
     EXPECT_EQ(request.header("Proxy-Authorization"), "Basic dXNlcjpzZWNyZXQ=");
+    proxy.reply(Reply::redirect(302, "http://far.test:8181/x"));
+    proxy.reply(Reply::json("{}"));
+    EXPECT_EQ(endOf(list(client)), "ok");
+    EXPECT_EQ(proxy.requests().back().target, "http://far.test:8181/x") << "redirects to other hosts, too";
     unsetenv("no_proxy");
     EXPECT_TRUE(proxy.takeErrors().empty());
 }
@@ -716,7 +744,8 @@ TEST_F(CurlTransportTest, LimitsHold) {
     options.headerSize = 1000;
     options.connectionsPerHost = 1;
     configuration->setTransport(std::make_shared<CurlTransport>(options));
-    server.reply(Reply::of(200, "OK", "X: " + std::string(2000, 'x') + "\r\n", "{}"));
+    const std::string long600(600, 'x');
+    server.reply(Reply::of(200, "OK", "X: " + long600 + "\r\nY: " + long600 + "\r\n", "{}"));
     EXPECT_EQ(endOf(list(client)), "http_exception");
     const std::size_t before = server.connections();
     server.replyAlways(kept(Reply::raw("").then(20ms, Reply::json("{}").pieces[0].bytes)));

@@ -63,7 +63,12 @@ protected:
     template <class Call>
     pplx::task<Delivered> deliver(const Call& call) {
         return kit::deliver(
-            call, [this](std::function<void()> work) { loop.post(std::move(work)); }, std::weak_ptr<View>(view),
+            call,
+            [this](std::function<void()> work) {
+                copy = keepsCopy ? work : nullptr;
+                loop.post(std::move(work));
+            },
+            std::weak_ptr<View>(view),
             [this, witness = std::make_shared<Witness>(ends)](View& receiver, const auto&... value) {
                 EXPECT_EQ(std::this_thread::get_id(), here);
                 receiver.shown += (std::string("got ") + ... + std::to_string(value));
@@ -77,15 +82,19 @@ protected:
     const std::thread::id here = std::this_thread::get_id();
     EventLoop loop;
     std::vector<std::thread::id> ends;
+    bool keepsCopy = false;
+    std::function<void()> copy;
     std::shared_ptr<View> view = std::make_shared<View>();
 };
 
 TEST_F(DeliveryTest, BringsResultsAndFailuresToTheReceiversThread) {
+    keepsCopy = true;
     const auto seven = deliver(pplx::create_task([] { return 7; }));
     EXPECT_TRUE(loop.runOne());
     EXPECT_EQ(view->shown, "got 7");
     EXPECT_EQ(seven.get(), Delivered::result);
-    EXPECT_EQ(ends, (std::vector<std::thread::id>{here, here})) << "the callbacks end in the receiver's thread";
+    EXPECT_EQ(ends, (std::vector<std::thread::id>{here, here}))
+        << "the callbacks end in the receiver's thread, whoever has the work";
 
     view->shown.clear();
     const auto nothing = deliver(pplx::create_task([] {}));

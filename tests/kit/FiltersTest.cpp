@@ -61,7 +61,7 @@ TEST(Filters, AreWrittenWithTypedNames) {
 TEST(Filters, RefuseWhatWouldChangeThem) {
     EXPECT_THROW(depth == std::numeric_limits<double>::infinity(), std::invalid_argument);
     EXPECT_THROW(Issue::dueDate < datetime(), std::invalid_argument);
-    for (const char* name : {"", "a b", "a eq 1 or b", "a'", "a\"", "(a", "a)", "a,b", "a\n"}) {
+    for (const char* name : {"", "a b", "a eq 1 or b", "a'", "a\"", "(a", "a)", "a,b", "a\n", "a\x7f"}) {
         const model::PropertyName<Issue, utility::string_t> odd{name};
         EXPECT_THROW(odd == "x", std::invalid_argument) << name;
         EXPECT_THROW(kit::names(odd), std::invalid_argument) << name;

@@ -169,8 +169,10 @@ TEST_F(FaultTest, IsMetByTheRequestsItIsForAsOftenAsItSays) {
         fault.status = 502;
         fault.times = 0;
     }));
+    const FaultId last = m_server.inject(faultOf([](Fault& fault) { fault.status = 503; }));
     EXPECT_EQ(statuses({"GET S/C", "GET S/C!all", "GET /elsewhere"}), "501 502 502 ");
     EXPECT_EQ(accountOf(second), "3 2 -1");
+    EXPECT_EQ(accountOf(last), "3 0 1");
 }
 
 TEST_F(FaultTest, ReplacesTheAnswerBeforeOrAfterTheEffect) {
@@ -258,6 +260,7 @@ TEST_F(FaultTest, HoldsAnAnswerUntilItIsRemovedOrTheServerStops) {
         const RawConnection stalled(m_server.port());
         stalled.say(request("POST", "S/C", "Content-Length: 0\r\n"));
         waitForLog(1);
+        EXPECT_EQ(m_server.requests().back().answerBytes, 0U);
         const RawConnection delayed(m_server.port());
         delayed.say(request("GET", "S/C"));
         waitForLog(2);
@@ -267,7 +270,7 @@ TEST_F(FaultTest, HoldsAnAnswerUntilItIsRemovedOrTheServerStops) {
             EXPECT_EQ(m_client.list("S/C").size(), 1U);
             m_server.clearFaults();
         }
-        EXPECT_EQ(stalled.hear(), "");
+        ASSERT_EQ(stalled.hear(), "");
         EXPECT_EQ(delayed.hear("\r\n\r\n").substr(0, 12), "HTTP/1.1 200");
     }
 }
@@ -286,7 +289,8 @@ TEST(FaultRulesTest, WhatContradictsItselfIsRefused) {
              {R"({"status":500,"every":0})", "counted from 1"},
              {R"({"delay":-1})", "negative"},
              {R"({"status":500,"times":-1})", "negative"},
-             {R"({"status":500,"headers":[["A","b\r\nC: d"]]})", "header"},
+             {R"({"status":500,"headers":[["A","b\rC: d"]]})", "header"},
+             {R"({"status":500,"headers":[["A","b\nC: d"]]})", "header"},
              {R"({"isStall":true,"isReset":true})", "withheld"},
              {R"({"status":500,"isReset":true})", "replaced or reset"},
              {R"({"dripBytes":-1,"dripPause":1})", "whole number"},
@@ -335,10 +339,14 @@ TEST(LogTest, KeepsWhatWasServedLast) {
 
     Server busy;
     Client shouting(busy);
+    const httplib::Headers loud{{"X", std::string(60'000, 'x')}};
     for (int i = 0; i < 150; ++i) {
-        shouting.send("GET", "S/C", "", {{"X", std::string(60'000, 'x')}});
+        shouting.send("GET", "S/C", "", loud);
     }
     EXPECT_EQ(busy.requests().size(), 138U) << "as many as fit into 8 MiB";
+    busy.clearRequests();
+    shouting.send("GET", "S/C", "", loud);
+    EXPECT_EQ(busy.requests().size(), 1U);
 }
 
 /// Some of everything that can be stored.
@@ -357,6 +365,9 @@ std::string fill(Client& client) {
         client.send("PUT", "DynamicSchema/Attachment/" + attachment + "/$file", bytes.substr(0, length));
     }
     client.send("PUT", path + "/$file", bytes);
+    // As deep as a body may be: in a dump it lies one level deeper.
+    const std::string deep = std::string(97, '[') + std::string(97, ']');
+    EXPECT_EQ(client.send("POST", "S/Deep", R"({"instance":{"properties":{"p":)" + deep + "}}}").status, 201);
     const std::string gone = client.insertId("Other/Thing");
     client.send("DELETE", "Other/Thing/" + gone + "/");
     client.insertId("/sv1.2/Repositories/Varnel.Forms--else/S/C", {{"n", 18446744073709551615ULL}});
@@ -496,8 +507,10 @@ TEST(TokenTest, IsGoodForSoManyCallsOrSoLong) {
     std::this_thread::sleep_for(350ms);
     EXPECT_EQ(status("Bearer second"), 401);
     server.addToken({"first"});
+    server.addToken({"later"});
     EXPECT_EQ(status("Bearer first"), 200);
     server.reset();
+    EXPECT_EQ(status("Bearer later"), 401);
     EXPECT_EQ(status("Bearer second"), 200);
 
     const Answer none = client.send("POST", "S/C", empty);
@@ -606,6 +619,10 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_EQ(requests[1]["status"], 503);
     EXPECT_EQ(requests[1]["fault"], 1);
+    EXPECT_EQ(requests[1]["requestBytes"], 0);
+    EXPECT_EQ(requests[1]["answerBytes"], 1);
+    const std::chrono::milliseconds time(requests[1]["time"].get<std::int64_t>());
+    EXPECT_LT(std::chrono::system_clock::now().time_since_epoch() - time, 60s);
     EXPECT_EQ(control("DELETE", "/requests").status, 204);
     client.send("POST", path, empty);
     const std::string dump = control("GET", "/dump").body;
@@ -617,6 +634,10 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
     EXPECT_EQ(control("POST", "/tokens", R"({"value":"t","calls":1})").status, 204);
     EXPECT_EQ(client.send("GET", path).status, 401);
     EXPECT_EQ(client.send("GET", path, "", {{"Authorization", "Bearer t"}}).status, 200);
+    EXPECT_EQ(client.send("GET", "/b/_controls").status, 401);
+    EXPECT_EQ(control("POST", "/tokens", R"({"value":"brief","lifetime":30})").status, 204);
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(client.send("GET", path, "", {{"Authorization", "Bearer brief"}}).status, 401);
 
     for (const auto& [method, below, body, status] :
          std::vector<std::tuple<std::string, std::string, std::string, int>>{
@@ -988,7 +1009,7 @@ TEST(HostileTest, MemoryIsBounded) {
     const auto many = [](std::size_t count) {
         std::string text = R"({"instance":{"properties":{"a":[0)";
         for (std::size_t i = 0; i < count; ++i) {
-            text += ",[]";
+            text += i % 2 == 0 ? ",[]" : ",0";
         }
         return text + "]}}}";
     };
@@ -1075,6 +1096,13 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     }
     EXPECT_FALSE(has(page("?location=%3CL%3E&id=t"), "<img"));
     EXPECT_EQ(client.send("GET", "/b/?location=%3CL%3E&id=i&file=1").header("Content-Type"), "image/png");
+    for (const auto& [type, bytes] : std::vector<std::pair<std::string, std::string>>{
+             {"gif", "R0lGODdh"}, {"gif", "R0lGODlh"}, {"jpeg", "/9j/"}, {"webp", "UklGRgAAAABXRUJQ"}}) {
+        server.seedText(R"({"instances":[{"location":"pictures","schemaName":"S","className":"C","instanceId":")" +
+                        bytes.substr(0, 7) + R"(","file":")" + bytes + "\"}]}");
+        EXPECT_EQ(client.send("GET", "/b/?location=pictures&file=1&id=" + bytes.substr(0, 7)).header("Content-Type"),
+                  "image/" + type);
+    }
     const Answer text = client.send("GET", "/b/?location=%3CL%3E&id=t&file=1");
     EXPECT_EQ(text.header("Content-Type") + text.header("Content-Disposition"), "application/octet-streamattachment");
 
@@ -1090,7 +1118,9 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     client.send("GET", "/b" + root + "S/C?<x>", "", token);
     const Json inserted = client.send("POST", "/b" + root + "S/C", Client::envelope({{"v", "w"}}), token).json();
     const std::string id = inserted["changedInstance"]["instanceAfterChange"]["instanceId"];
+    client.send("GET", "/b" + root + "S/C!", "", token);
     const std::string requests = page("?requests=1");
+    EXPECT_TRUE(has(requests, "<span class=bad>400</span>"));
     EXPECT_TRUE(has(requests, "<tr class=fault>") && has(requests, "S/C?&lt;x&gt;") && has(requests, "418") &&
                 has(requests, "changed") && !has(requests, "Bearer"))
         << requests;

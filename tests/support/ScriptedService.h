@@ -27,10 +27,17 @@ struct Fault {
     const char* word;
     std::errc code;
 };
-constexpr Fault faults[] = {{"refused", std::errc::connection_refused}, {"unreachable", std::errc::host_unreachable},
-                            {"reset", std::errc::connection_reset},     {"aborted", std::errc::connection_aborted},
-                            {"pipe", std::errc::broken_pipe},           {"late", std::errc::timed_out},
-                            {"canceled", std::errc::operation_canceled}};
+constexpr Fault faults[] = {{"refused", std::errc::connection_refused},
+                            {"unreachable", std::errc::host_unreachable},
+                            {"reset", std::errc::connection_reset},
+                            {"aborted", std::errc::connection_aborted},
+                            {"pipe", std::errc::broken_pipe},
+                            {"late", std::errc::timed_out},
+                            {"canceled", std::errc::operation_canceled},
+                            {"noroute", std::errc::network_unreachable},
+                            {"netdown", std::errc::network_down},
+                            {"netreset", std::errc::network_reset},
+                            {"unconnected", std::errc::not_connected}};
 
 /// All that the failures of calls said.
 inline std::string& said() {
