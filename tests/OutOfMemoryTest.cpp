@@ -8,8 +8,8 @@
 #include <functional>
 #include <sstream>
 
-/// Memory runs out at each single allocation of what is done with models and bodies, once, or from there on: it ends with
-/// std::bad_alloc, or with all that it should give, and then the same works.
+/// Memory runs out at each single allocation of what is done with models and bodies, once, or from there on: it ends
+/// with std::bad_alloc, or with all that it should give, and then the same works.
 namespace forms_test {
 namespace {
 

@@ -2,6 +2,7 @@
 #include "KeyIndex.h"
 #include "ModelJson.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -192,10 +193,20 @@ private:
         }
     }
     void list(Key key, ListProperty& property) override {
-        for (std::size_t i = 0; i < property.size(); ++i) {
+        const std::size_t size = property.size();
+        std::size_t begin = 0, next = 16;
+        for (std::size_t i = 0; i < size; ++i) {
+            // A text that only doubles is copied again and again. What is left of it is told by what is there, but the
+            // first elements may be larger than all others.
+            if (i == next) {
+                next *= 8;
+                const std::size_t rest = (m_Text.size() - begin) / (i - 1) * (size - i);
+                m_Text.reserve(m_Text.size() + std::min(rest, 16 * m_Text.size()));
+            }
             property.writeElement(i, i == 0 ? member(key) += '[' : m_Text += ',');
+            begin = i == 0 ? m_Text.size() : begin;
         }
-        if (property.size() != 0) {
+        if (size != 0) {
             m_Text += ']';
         }
     }

@@ -4,8 +4,9 @@
 
 namespace forms_test {
 
-/// Memory that runs out, as far as it comes from `operator new` in this thread, whoever calls it: this library, the HTTP
-/// library, the standard library. What C libraries take by themselves is there. Link `FailingMemory.cpp` to have it.
+/// Memory that runs out, as far as it comes from `operator new` in this thread, whoever calls it: this library, the
+/// HTTP library, the standard library. What C libraries take by themselves is there. Link `FailingMemory.cpp` to have
+/// it.
 class FailingMemory {
 public:
     enum class How { Once, FromThenOn };
