@@ -18,7 +18,7 @@ ROWS = {
     "select-2": ("the same, in a pool of two threads / parse", {"cpu": 0.7}),
     "select-attachments": ("select of 1,000 attachments / parse", {"instructions": 0.45}),
     "select-custom": ("select of 286 issues with 35 own / parse", {"instructions": 0.85}),
-    "select-memory": ("select of 50 MB / text, tree, models by hand", {"resident": 1.15}), # as much as without simdjson
+    "select-memory": ("select of 50 MB / text, tree, models by hand", {"resident": 1.2}), # as much as without simdjson
     "insert-body": ("insert of 340 KB, unsent / toJson, serialize", {"time": 0.6}),
     "insert-body-memory": ("the same / its text", {"peak": 3.0}),
     "fill": ("text of 1,000 issues to model / parse", {}),
