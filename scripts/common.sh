@@ -81,7 +81,7 @@ stop_repository() {
 browse() {
     local folder=$1
     shift
-    chromium --headless --no-sandbox --disable-gpu --hide-scrollbars --virtual-time-budget=3000 \
+    chromium --headless --no-sandbox --disable-gpu --hide-scrollbars --virtual-time-budget=1500 \
         --user-data-dir="$folder" "$@" 2>/dev/null
 }
 

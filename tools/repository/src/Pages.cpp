@@ -28,7 +28,7 @@ a{color:var(--link);text-decoration:none}a:hover{text-decoration:underline}h1{fo
 .wide{overflow-x:auto;border:1px solid var(--line);border-radius:6px}table{border-collapse:collapse;width:100%}
 th,td{text-align:left;vertical-align:top;padding:.35rem .6rem;border-top:1px solid var(--line);overflow-wrap:anywhere;min-width:3rem}
 thead th{border-top:0;background:var(--soft);white-space:nowrap}td{white-space:pre-wrap}td:first-child{overflow-wrap:normal}
-.whole{white-space:nowrap}.long{display:block;min-width:16rem}
+.whole{white-space:nowrap}.long{display:block;min-width:min(16rem,48vw)}
 .fault td{background:var(--mark)}.bad{color:var(--bad)}.soft{opacity:.7}img{max-width:100%;height:auto;border:1px solid var(--line)}nav{margin:.6rem 0;display:flex;gap:1rem})";
 
 std::string escaped(std::string_view text) {
