@@ -134,7 +134,7 @@ void serveConnection(int socket, const std::shared_ptr<SSL_CTX>& context) {
         }
         const std::string head = received.substr(0, headEnd);
         received.erase(0, headEnd + 4);
-        const std::string length = between(head, "Content-Length: ", "\r\n");
+        const std::string length = between(head, "Content-Length:", "\r\n"); // a blank may follow
         std::size_t left = length.empty() ? 0 : std::stoul(length);
         const auto take = std::min(left, received.size());
         received.erase(0, take);
