@@ -100,9 +100,16 @@ TEST(Texts, AreWrittenAsTheTreeWritesThem) {
                 << byte << " at " << place;
         }
     }
-    for (const double number : {0.1, 1.0 / 3, 1e22, 5e-324, 123456789.12345679}) {
-        issue.setLatitude(number);
-        EXPECT_EQ(detail::writeText(issue), utility::conversions::to_utf8string(issue.toJson().serialize()));
+    // And numbers as it does on Linux, on Windows too: its C library writes exponents of three digits.
+    const std::pair<double, const char*> numbers[] = {{0.1, "0.10000000000000001"},
+                                                      {1.0 / 3, "0.33333333333333331"},
+                                                      {1e22, "1e+22"},
+                                                      {5e-324, "4.9406564584124654e-324"},
+                                                      {123456789.12345679, "123456789.12345679"}};
+    for (const auto& [number, text] : numbers) {
+        DynamicSchemaBaseClass place;
+        place.setLatitude(number);
+        EXPECT_EQ(detail::writeText(place), std::string(R"({"Latitude":)") + text + "}");
     }
 }
 
