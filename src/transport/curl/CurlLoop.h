@@ -2,7 +2,11 @@
 
 #include <VarnelAPI/Forms/transport/CurlTransport.h>
 
+// The HTTP library defines the word as nothing, and clang then can't read how libcurl asks for the attribute.
+#pragma push_macro("dllimport")
+#undef dllimport
 #include <curl/curl.h>
+#pragma pop_macro("dllimport")
 
 #include <atomic>
 #include <functional>
@@ -36,7 +40,7 @@ public:
     void close();
 
     /// Takes a transfer out that ended, or is to end, with this failure, if any.
-    void take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure);
+    void take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) noexcept;
 
 private:
     static void haltAll();
@@ -59,8 +63,8 @@ private:
     Clock::time_point m_Earliest = Clock::time_point::max();
     /// Whether transfers may have been streams of one connection, since there were none.
     bool m_MayShare = false;
-    bool m_IsClosing = false;
-    bool m_IsHalted = false;
+    std::atomic<bool> m_IsClosing{false};
+    std::atomic<bool> m_IsHalted{false};
 };
 
 } // namespace VarnelAPI::Forms::transport::detail
