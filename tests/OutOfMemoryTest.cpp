@@ -101,7 +101,7 @@ TEST(OutOfMemoryTest, LeavesModelsAndBodiesWholeOrThrows) {
             do {
                 try {
                     const std::string result = use.run([&](const auto& work) {
-                        FailingMemory::fail(++point, how);
+                        FailingMemory::fail(++point, how, FailingMemory::Where::Here);
                         try {
                             work();
                         } catch (...) {

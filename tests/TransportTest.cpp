@@ -583,6 +583,39 @@ TEST_F(TransportTest, ATransportOfOnesOwnAnswersCalls) {
     EXPECT_TRUE(server.requests().empty());
 }
 
+TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
+    struct Reading final : Transport {
+        pplx::task<web::http::http_response> send(const web::uri&, const web::http::client::http_client_config&,
+                                                  web::http::http_request request,
+                                                  const pplx::cancellation_token&) override {
+            shown = request.to_string();
+            taken = request.extract_string(true).get();
+            return pplx::task_from_result(web::http::http_response(204));
+        }
+        utility::string_t shown, taken;
+    };
+    const auto reading = std::make_shared<Reading>();
+    configuration->setTransport(reading);
+    const auto expectBody = [&](const std::string& body) {
+        EXPECT_EQ(reading->taken, body);
+        EXPECT_NE(reading->shown.find(body), std::string::npos) << reading->shown;
+    };
+    client
+        ->callApi("/x", "POST", {}, std::make_shared<JsonBody>(web::json::value("text")), {}, {}, {},
+                  "application/json")
+        .get();
+    expectBody("\"text\"");
+    const auto stream = std::make_shared<StreamBody>(std::make_shared<std::istringstream>("a stream"), 8);
+    client->callApi("/x", "POST", {}, stream, {}, {}, {}, "text/plain").get();
+    expectBody("a stream");
+    client->callApi("/x", "POST", {}, nullptr, {}, {{"a", "b c"}}, {}, "application/x-www-form-urlencoded").get();
+    expectBody("a=b%20c");
+    fs::create_directories(folder);
+    std::ofstream(target) << "a file";
+    client->callApi("/x", "POST", {}, StreamBody::ofFile(target), {}, {}, {}, "text/plain").get();
+    expectBody("a file");
+}
+
 #if defined(FORMS_TEST_CURL)
 
 class CurlTransportTest : public TransportTest {

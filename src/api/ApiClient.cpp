@@ -2,11 +2,11 @@
 
 #include <VarnelAPI/Forms/transport/CallOptions.h>
 
-#include "Observe.h"
 #include "Request.h"
 #include "model/Conversion.h"
 #include "transport/Attempts.h"
 #include "transport/CallControl.h"
+#include "transport/Continuation.h"
 
 #include <locale>
 #include <sstream>
@@ -23,6 +23,7 @@ namespace {
 template <class Number>
 utility::string_t numberToString(Number value) {
     std::ostringstream text;
+    text.exceptions(std::ios_base::badbit); // or a number would be cut off where memory runs out
     text.imbue(std::locale::classic());
     text << std::fixed << value;
     return to_string_t(text.str());
@@ -41,11 +42,11 @@ transport::detail::OnResponse yieldResponse(std::shared_ptr<transport::detail::C
             return pplx::task_from_result(response);
         }
         control->save(response, buffer);
-        return response.content_ready().then([control](const http_response& whole) {
+        return transport::detail::continued(transport::detail::whole(response), [control](const http_response& saved) {
             if (control->file()) {
                 control->file()->keep();
             }
-            return whole;
+            return saved;
         });
     };
 }
@@ -102,7 +103,8 @@ ApiClient::callApi(const utility::string_t& path, const utility::string_t& metho
     call.control = detail::controlOf(m_Options);
     auto onResponse = yieldResponse(call.control);
     auto task = transport::detail::send(std::move(call), std::move(onResponse));
-    task.then([](const pplx::task<http_response>& finished) { detail::observe(finished); });
+    transport::detail::continued(
+        task, [](const pplx::task<http_response>& finished) { transport::detail::observe(finished); });
     return task;
 }
 

@@ -123,7 +123,7 @@ bool Answer::isExpected() const {
 void Answer::check(const pplx::task<http_response>& ready) const {
     // Where the call was ended before its time, the transfer may still go on, and nothing else may be looked at.
     if (const auto failure = control ? control->failure() : nullptr) {
-        observe(ready);
+        transport::detail::observe(ready);
         std::rethrow_exception(failure);
     }
     if (!arrived->has_value() || isExpected()) {
@@ -308,19 +308,23 @@ void Operation::send(Wanted wanted, Finish finish) {
     if (answer.control) {
         call.operation = answer.operation;
     }
-    transport::detail::send(std::move(call), [answer,
-                                              wanted](const http_response& response,
-                                                      const std::shared_ptr<transport::detail::ResponseBuffer>& body) {
-        *answer.arrived = response;
-        if (wanted == Wanted::Nothing && answer.isExpected()) {
-            transport::detail::discardBody(response);
-            return pplx::task_from_result(response);
-        }
-        if (wanted == Wanted::Download && answer.control && answer.control->wishes().saves() && answer.isExpected()) {
-            answer.control->save(response, body);
-        }
-        return response.content_ready();
-    }).then([answer, finish = std::move(finish)](const Ready& ready) { finish(answer, ready); });
+    const auto sent = transport::detail::send(
+        std::move(call), [answer, wanted](const http_response& response,
+                                          const std::shared_ptr<transport::detail::ResponseBuffer>& body) {
+            *answer.arrived = response;
+            if (wanted == Wanted::Nothing && answer.isExpected()) {
+                transport::detail::discardBody(response);
+                return pplx::task_from_result(response);
+            }
+            if (wanted == Wanted::Download && answer.control && answer.control->wishes().saves() &&
+                answer.isExpected()) {
+                answer.control->save(response, body);
+            }
+            return transport::detail::whole(response);
+        });
+    transport::detail::continued(sent, [answer, finish = std::move(finish)](const Ready& ready) {
+        transport::detail::atTheEnd([&] { finish(answer, ready); });
+    });
 }
 
 void Operation::read(std::shared_ptr<model::Model> (*make)(),

@@ -4,9 +4,9 @@
 #include <VarnelAPI/Forms/api/ResourceApi.h>
 #include <VarnelAPI/Forms/model/Model.h>
 
-#include "Observe.h"
 #include "model/MediaTypes.h"
 #include "transport/CallControl.h"
+#include "transport/Continuation.h"
 
 #include <functional>
 #include <optional>
@@ -75,12 +75,12 @@ public:
     }
     void fail(std::exception_ptr failure) const {
         m_Event.set_exception(std::move(failure));
-        observe(m_Task);
+        transport::detail::observe(m_Task);
     }
 
 private:
     pplx::task_completion_event<Result> m_Event;
-    pplx::task<Result> m_Task{m_Event};
+    pplx::task<Result> m_Task{m_Event, transport::detail::inPoolOrHere()};
 };
 
 /// The media type of a request, chosen from those that the operation consumes; JSON if it names none.

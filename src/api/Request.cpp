@@ -11,8 +11,6 @@
 #include "transport/BodySource.h"
 #include "transport/ContentLength.h"
 
-#include <cpprest/containerstream.h>
-
 namespace VarnelAPI::Forms::api::detail {
 
 using model::IHttpBody;
@@ -107,7 +105,8 @@ void setBody(web::http::http_request& request, IHttpBody& body, const utility::s
     }
     std::string bytes = bytesOf(body);
     const std::size_t size = bytes.size();
-    request.set_body(concurrency::streams::bytestream::open_istream(std::move(bytes)), size, contentType);
+    // Not in a stream of the HTTP library over bytes, which needs memory to be destroyed.
+    request.set_body(transport::detail::bodyOf(model::detail::streamOf(std::move(bytes))), size, contentType);
 }
 
 void setMultipart(web::http::http_request& request, const Parameters& form, const Files& files) {

@@ -1,5 +1,6 @@
 #include "Attempts.h"
 
+#include "Continuation.h"
 #include "Redirects.h"
 
 #include <algorithm>
@@ -126,7 +127,7 @@ void Attempts::prepare() {
         };
         const int number = wait();
         if (number == 0) {
-            settle(pplx::task_from_exception<http_response>(m_Call.control->failure()));
+            fail(m_Call.control->failure());
             return;
         }
         const auto issued =
@@ -162,9 +163,11 @@ void Attempts::attempt() {
     call.request = m_Parts.make(m_Parts.headers);
     call.request.set_request_uri(m_Uri);
     const auto self = shared_from_this();
-    follow(std::move(call), [self](const http_response& response, const std::shared_ptr<ResponseBuffer>& buffer) {
-        return self->arrived(response, buffer);
-    }).then([self](const Ended& task) { self->guarded([&] { self->ended(task); }); });
+    const auto sent =
+        follow(std::move(call), [self](const http_response& response, const std::shared_ptr<ResponseBuffer>& buffer) {
+            return self->arrived(response, buffer);
+        });
+    continued(sent, [self](const Ended& task) { self->guarded([&] { self->ended(task); }); });
 }
 
 pplx::task<http_response> Attempts::arrived(const http_response& response,
@@ -180,7 +183,7 @@ pplx::task<http_response> Attempts::arrived(const http_response& response,
     }
     discardBody(response);
     // While the body of this attempt may still be read, it can't be rewound.
-    return m_Parts.hasBody() ? response.content_ready() : pplx::task_from_result(response);
+    return m_Parts.hasBody() ? whole(response) : pplx::task_from_result(response);
 }
 
 void Attempts::ended(const Ended& task) {
@@ -245,7 +248,7 @@ void Attempts::guarded(Work work) {
     try {
         work();
     } catch (...) {
-        settle(pplx::task_from_exception<http_response>(std::current_exception()));
+        fail(std::current_exception());
     }
 }
 
@@ -263,22 +266,30 @@ bool Attempts::stop(const std::exception_ptr& failure) {
 }
 
 void Attempts::settle(const Ended& task) {
-    CallControl& control = *m_Call.control;
     try {
         task.get();
-        record(CallEvent::Kind::Ended, nullptr);
-    } catch (const http_exception& error) {
-        record(CallEvent::Kind::Ended, std::current_exception());
-        const auto after = control.afterAttempts(m_Call.effect == Effect::Changes);
-        if (!after.empty() && typeid(error) == typeid(http_exception)) {
-            control.settle(pplx::task_from_exception<http_response>(
-                http_exception(error.error_code(), to_string_t(error.what()) + after)));
-            return;
-        }
     } catch (...) {
-        record(CallEvent::Kind::Ended, std::current_exception());
+        fail(std::current_exception());
+        return;
     }
-    control.settle(task);
+    record(CallEvent::Kind::Ended, nullptr);
+    m_Call.control->settle(task);
+}
+
+void Attempts::fail(const std::exception_ptr& failure) noexcept {
+    record(CallEvent::Kind::Ended, failure);
+    auto told = failure;
+    atTheEnd([&] {
+        try {
+            std::rethrow_exception(failure);
+        } catch (const http_exception& error) {
+            const auto after = m_Call.control->afterAttempts(m_Call.effect == Effect::Changes);
+            if (!after.empty() && typeid(error) == typeid(http_exception)) {
+                told = std::make_exception_ptr(http_exception(error.error_code(), to_string_t(error.what()) + after));
+            }
+        }
+    });
+    m_Call.control->fail(told);
 }
 
 Attempts::Pause Attempts::pauseAfter(const http_response& response) {
@@ -317,7 +328,7 @@ void Attempts::learn(web::http::status_code status, const web::http::http_header
     m_Received = buffer;
 }
 
-void Attempts::record(CallEvent::Kind kind, const std::exception_ptr& failure) {
+void Attempts::record(CallEvent::Kind kind, const std::exception_ptr& failure) noexcept {
     if (!m_Recorder) {
         return;
     }
@@ -327,14 +338,16 @@ void Attempts::record(CallEvent::Kind kind, const std::exception_ptr& failure) {
     if (std::exchange(m_IsEnded, m_IsEnded || kind == CallEvent::Kind::Ended)) {
         return;
     }
-    CallEvent event = m_Event;
-    event.kind = kind;
-    event.attempt = m_Call.control->attempts();
-    event.error = failure ? codeOf(failure) : std::error_code();
-    event.took =
-        duration_cast<microseconds>(m_Clock->now() - (kind == CallEvent::Kind::Attempted ? m_AttemptStart : m_Start));
-    event.bytesReceived = kind == CallEvent::Kind::Ended && m_Received ? m_Received->taken() : 0;
-    m_Recorder->record(std::move(event));
+    atTheEnd([&] { // Without memory there is no event.
+        CallEvent event = m_Event;
+        event.kind = kind;
+        event.attempt = m_Call.control->attempts();
+        event.error = failure ? codeOf(failure) : std::error_code();
+        event.took = duration_cast<microseconds>(m_Clock->now() -
+                                                 (kind == CallEvent::Kind::Attempted ? m_AttemptStart : m_Start));
+        event.bytesReceived = kind == CallEvent::Kind::Ended && m_Received ? m_Received->taken() : 0;
+        m_Recorder->record(std::move(event));
+    });
 }
 
 Attempts::Pause Attempts::pauseOf(milliseconds asked) const {

@@ -37,6 +37,7 @@ private:
     void ended(const Ended& task);
     void next(int wait);
     void settle(const Ended& task);
+    void fail(const std::exception_ptr& failure) noexcept;
     /// Nothing is on its way from now on, until `resume`, which says whether the attempts go on.
     int wait();
     bool resume(int wait);
@@ -45,7 +46,7 @@ private:
     void guarded(Work work);
     void learn(web::http::status_code status, const web::http::http_headers& headers,
                const std::shared_ptr<ResponseBuffer>& buffer);
-    void record(CallEvent::Kind kind, const std::exception_ptr& failure);
+    void record(CallEvent::Kind kind, const std::exception_ptr& failure) noexcept;
 
     Pause pauseAfter(const web::http::http_response& response);
     Pause pauseAfter(const Ended& task);

@@ -2,6 +2,8 @@
 
 #include "model/Streams.h"
 
+#include <algorithm>
+
 namespace VarnelAPI::Forms::transport::detail {
 
 namespace {
@@ -17,7 +19,9 @@ public:
 
     bool can_seek() const override { return is_open(); }
     bool has_size() const override { return false; }
-    std::size_t in_avail() const override { return 0; }
+    std::size_t in_avail() const override {
+        return static_cast<std::size_t>(std::max<std::streamsize>(0, m_Buffer.in_avail()));
+    }
     std::size_t buffer_size(std::ios_base::openmode) const override { return 0; }
     void set_buffer_size(std::size_t, std::ios_base::openmode) override {}
     bool acquire(uint8_t*&, std::size_t&) override { return false; }
@@ -40,7 +44,15 @@ protected:
         return static_cast<std::size_t>(
             m_Buffer.sgetn(reinterpret_cast<char*>(bytes), static_cast<std::streamsize>(size)));
     }
-    std::size_t _scopy(uint8_t*, std::size_t) override { return static_cast<std::size_t>(-1); }
+    std::size_t _scopy(uint8_t* bytes, std::size_t size) override {
+        const pos_type place = getpos(std::ios_base::in);
+        if (place == pos_type(off_type(-1))) {
+            return static_cast<std::size_t>(-1);
+        }
+        const std::size_t copied = _sgetn(bytes, size);
+        seekpos(place, std::ios_base::in);
+        return copied;
+    }
     pplx::task<int_type> _bumpc() override {
         return guarded<int_type>([this] { return m_Buffer.sbumpc(); });
     }

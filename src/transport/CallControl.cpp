@@ -1,4 +1,5 @@
 #include "Attempts.h"
+#include "Continuation.h"
 
 namespace VarnelAPI::Forms::transport::detail {
 
@@ -27,7 +28,8 @@ CallControl::~CallControl() = default;
 
 pplx::task<http_response> CallControl::run(const std::function<pplx::task<http_response>()>& send) {
     return watch([&] {
-        send().then([self = shared_from_this()](const pplx::task<http_response>& transfer) { self->settle(transfer); });
+        continued(send(),
+                  [self = shared_from_this()](const pplx::task<http_response>& transfer) { self->settle(transfer); });
     });
 }
 
@@ -37,7 +39,7 @@ pplx::task<http_response> CallControl::run(const std::shared_ptr<Attempts>& atte
 }
 
 pplx::task<http_response> CallControl::watch(const std::function<void()>& begin) {
-    pplx::task<http_response> outcome(m_Outcome);
+    const pplx::task<http_response> outcome(m_Outcome, inPoolOrHere());
     const std::weak_ptr<CallControl> weak = weak_from_this();
     if (m_Wishes.deadline) {
         m_EndTimer = afterPause(*m_Wishes.deadline, [weak] {
@@ -67,14 +69,20 @@ pplx::task<http_response> CallControl::watch(const std::function<void()>& begin)
     return outcome;
 }
 
-void CallControl::settle(const pplx::task<http_response>& transfer) {
+void CallControl::settle(const pplx::task<http_response>& transfer) noexcept {
     try {
         settle(transfer.get());
     } catch (...) {
+        fail(std::current_exception());
+    }
+}
+
+void CallControl::fail(const std::exception_ptr& failure) noexcept {
+    atTheEnd([&] {
         finish();
         discardFile();
-        settle(std::current_exception());
-    }
+    });
+    settle(failure);
 }
 
 utility::string_t CallControl::afterAttempts(bool changes) const {
@@ -124,15 +132,17 @@ http_response CallControl::arrived(const http_response& response, const std::sha
 }
 
 void CallControl::finishAfter(const http_response& response) {
-    pplx::create_task(response._get_impl()->_get_data_available())
-        .then([self = shared_from_this()](const pplx::task<utility::size64_t>& ready) {
-            try {
-                self->completeBody(ready.get(), nullptr);
-            } catch (...) {
-                self->completeBody(0, std::current_exception());
-            }
-            self->finish();
-        });
+    continued(pplx::create_task(response._get_impl()->_get_data_available(), inPoolOrHere()),
+              [self = shared_from_this()](const pplx::task<utility::size64_t>& ready) {
+                  atTheEnd([&] {
+                      try {
+                          self->completeBody(ready.get(), nullptr);
+                      } catch (...) {
+                          self->completeBody(0, std::current_exception());
+                      }
+                  });
+                  self->finish();
+              });
 }
 
 ResponseBuffer::Counter CallControl::downloadCounter(const http_response& response) {
@@ -185,11 +195,13 @@ void CallControl::end(std::exception_ptr failure) {
         buffer->close(std::ios_base::out, failure);
     }
     settle(failure);
-    runInPool([transfers = m_Transfers, self = isAlone ? shared_from_this() : nullptr] {
-        transfers.cancel();
-        if (self) {
-            self->finish(); // as no transfer will
-        }
+    atTheEnd([&] {
+        runInPool([transfers = m_Transfers, self = isAlone ? shared_from_this() : nullptr] {
+            atTheEnd([&] { transfers.cancel(); });
+            if (self) {
+                self->finish(); // as no transfer will
+            }
+        });
     });
 }
 
@@ -210,7 +222,12 @@ void CallControl::settle(std::exception_ptr failure) {
             return;
         }
     }
-    m_Outcome.set_exception(failure);
+    try {
+        m_Outcome.set_exception(failure);
+    } catch (...) {
+        // There is no memory for it. Without its event the task is canceled.
+        const auto dropped = std::move(m_Outcome);
+    }
 }
 
 void CallControl::completeBody(utility::size64_t size, const std::exception_ptr& failure) {
@@ -220,7 +237,13 @@ void CallControl::completeBody(utility::size64_t size, const std::exception_ptr&
         return;
     }
     lock.unlock();
-    response->_complete(size, failure);
+    try {
+        response->_complete(size, failure);
+    } catch (...) {
+        lock.lock();
+        m_IsBodyComplete = false; // It was not told, for want of memory.
+        throw;
+    }
 }
 
 void CallControl::finish() {

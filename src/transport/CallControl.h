@@ -30,7 +30,9 @@ public:
     /// The same with several attempts, which settle it.
     pplx::task<web::http::http_response> run(const std::shared_ptr<Attempts>& attempts);
     /// Ends the call by its last transfer, unless it was ended before.
-    void settle(const pplx::task<web::http::http_response>& transfer);
+    void settle(const pplx::task<web::http::http_response>& transfer) noexcept;
+    /// The same for a transfer that failed.
+    void fail(const std::exception_ptr& failure) noexcept;
 
     /// What the transfers of the call are canceled by.
     pplx::cancellation_token token() const { return m_Transfers.get_token(); }

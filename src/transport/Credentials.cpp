@@ -1,3 +1,4 @@
+#include "Continuation.h"
 #include "Pool.h"
 #include "TokenStore.h"
 
@@ -74,40 +75,42 @@ void TokenStore::ask(Credentials::Reason reason, uint64_t changes) {
     }
     const auto provider = m_Provider;
     lock.unlock();
-    pplx::task<Token> answer;
-    const auto then = [self = shared_from_this(), changes](const pplx::task<Token>& done) {
-        self->answered(done, changes);
-    };
     try {
-        provider(reason).then(then);
+        continued(provider(reason), [self = shared_from_this(), changes](const pplx::task<Token>& done) {
+            Issued issued;
+            try {
+                const Token token = done.get();
+                issued.header = headerOf(token);
+                issued.ends = token.ends;
+            } catch (...) {
+                self->answered(issued, std::current_exception(), changes);
+                return;
+            }
+            self->answered(issued, nullptr, changes);
+        });
     } catch (...) {
-        pplx::task_from_exception<Token>(std::current_exception()).then(then);
+        answered({}, std::current_exception(), changes);
     }
 }
 
-void TokenStore::answered(const pplx::task<Token>& answer, uint64_t changes) {
-    Issued issued;
-    std::exception_ptr failure;
-    try {
-        const Token token = answer.get();
-        issued.header = headerOf(token);
-        issued.ends = token.ends;
-    } catch (...) {
-        failure = std::current_exception();
-    }
+void TokenStore::answered(Issued issued, std::exception_ptr failure, uint64_t changes) noexcept {
     std::unique_lock<std::mutex> lock(m_Mutex);
     if (changes != m_Changes) {
         return;
     }
     if (!failure) {
         issued.number = ++m_Numbers;
-        m_Issued = issued;
+        atTheEnd([&] { m_Issued = issued; }); // else the next call asks again
     }
     m_IsAsking = false;
     const auto waiters = std::exchange(m_Waiters, {});
     lock.unlock();
     for (const auto& waiter : waiters) {
-        runInPool([waiter, issued, failure] { waiter(issued, failure); });
+        try {
+            runInPool([waiter, issued, failure] { waiter(issued, failure); });
+        } catch (...) {
+            waiter(issued, failure);
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "CallControl.h"
 #include "ContentLength.h"
+#include "Continuation.h"
 #include "ResponseBuffer.h"
 
 namespace VarnelAPI::Forms::transport::detail {
@@ -31,7 +32,7 @@ pplx::task<http_response> withOwnBody(const http_response& other, const Response
     if (other.body().is_valid()) {
         received = other.body().read_to_end(body);
     }
-    return received.then([response](std::size_t size) {
+    return continued(received, [response](std::size_t size) {
         response._get_impl()->_complete(size);
         return response;
     });
@@ -87,7 +88,7 @@ web::uri serviceAddress(const utility::string_t& text) {
 }
 
 pplx::task<http_response> exchange(Call call, OnResponse onResponse) {
-    const auto buffer = std::make_shared<ResponseBuffer>();
+    const auto buffer = ResponseBuffer::make();
     const ResponseBody body(buffer);
     call.request.set_response_stream(body.create_ostream());
     // Made before the request is sent: a transfer that fails at once closes the buffer, which then gives no stream.
@@ -99,36 +100,43 @@ pplx::task<http_response> exchange(Call call, OnResponse onResponse) {
             call.request.set_progress_handler(uploadProgress(call));
         }
     }
-    return call.transport->send(call.base, call.settings, call.request, token)
-        .then([buffer, body, content, onResponse = std::move(onResponse)](const http_response& response) {
-            struct AtTheEnd {
-                ResponseBuffer& buffer;
-                ~AtTheEnd() { buffer.admitAll(); }
-            };
-            const AtTheEnd atTheEnd{*buffer};
-            if (isFilledBy(response, body)) {
-                response._get_impl()->set_instream(content);
-                return onResponse(response, buffer);
-            }
-            return withOwnBody(response, body, content).then([buffer, onResponse](const http_response& taken) {
-                return onResponse(taken, buffer);
-            });
-        });
+    return continued(call.transport->send(call.base, call.settings, call.request, token),
+                     [buffer, body, content, onResponse = std::move(onResponse)](const http_response& response) {
+                         struct AtTheEnd {
+                             ResponseBuffer& buffer;
+                             ~AtTheEnd() { buffer.admitAll(); }
+                         };
+                         const AtTheEnd atTheEnd{*buffer};
+                         if (isFilledBy(response, body)) {
+                             response._get_impl()->set_instream(content);
+                             return onResponse(response, buffer);
+                         }
+                         return continued(
+                             withOwnBody(response, body, content),
+                             [buffer, onResponse](const http_response& taken) { return onResponse(taken, buffer); });
+                     });
+}
+
+pplx::task<http_response> whole(const http_response& response) {
+    return continued(pplx::create_task(response._get_impl()->_get_data_available(), inPoolOrHere()),
+                     [response](utility::size64_t) { return response; });
 }
 
 void endBody(const http_response& response) {
     // The library closes only a stream of its own: without an end, who reads the stream would wait for ever. Not by
     // `content_ready`, whose continuation holds the response that holds it, and so leaks if the process ends first.
     const auto impl = response._get_impl();
-    pplx::create_task(impl->_get_data_available())
-        .then([body = impl->outstream()](const pplx::task<utility::size64_t>& ready) {
-            try {
-                ready.get();
-                body.close();
-            } catch (...) {
-                body.close(std::current_exception());
-            }
-        });
+    continued(pplx::create_task(impl->_get_data_available(), inPoolOrHere()),
+              [body = impl->outstream()](const pplx::task<utility::size64_t>& ready) {
+                  atTheEnd([&] {
+                      try {
+                          ready.get();
+                          body.close();
+                      } catch (...) {
+                          body.close(std::current_exception());
+                      }
+                  });
+              });
 }
 
 void discardBody(const http_response& response) {

@@ -47,6 +47,9 @@ pplx::task<web::http::http_response> exchange(Call call, OnResponse onResponse);
 /// How long the body will be, if the header says so and it is not decoded.
 std::optional<uint64_t> announcedLength(const web::http::http_response& response);
 
+/// The response once its body is there; fails if it broke off.
+pplx::task<web::http::http_response> whole(const web::http::http_response& response);
+
 /// Lets the body of such a response end once it is whole, or fail if it broke off, so that it can be read in all its
 /// ways.
 void endBody(const web::http::http_response& response);

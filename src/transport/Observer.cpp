@@ -27,8 +27,9 @@ Recorder::Recorder(Observer::Function function, const std::set<utility::string_t
 void Recorder::record(CallEvent event) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
     m_Events.push_back(std::move(event));
-    if (!std::exchange(m_IsDraining, true)) {
+    if (!m_IsDraining) {
         runInPool([self = shared_from_this()] { self->drain(); });
+        m_IsDraining = true;
     }
 }
 

@@ -1,10 +1,32 @@
 #include "ResponseBuffer.h"
 
+#include "Continuation.h"
+
 #include <cpprest/http_msg.h>
 
 #include <limits>
 
 namespace VarnelAPI::Forms::transport::detail {
+
+std::shared_ptr<ResponseBuffer> ResponseBuffer::make() {
+    return {new ResponseBuffer, [](ResponseBuffer* buffer) {
+                try {
+                    pplx::task_from_result(); // what the library's destructor makes, and needs the memory of
+                } catch (...) {
+                    buffer->emptyOut();
+                    return;
+                }
+                delete buffer;
+            }};
+}
+
+void ResponseBuffer::emptyOut() {
+    uint8_t* block = nullptr;
+    std::size_t size = 0;
+    while (in_avail() != 0 && acquire(block, size) && size != 0) {
+        release(block, size);
+    }
+}
 
 std::exception_ptr ResponseBuffer::exception() const {
     const std::lock_guard<std::mutex> lock(m_Mutex);
@@ -34,7 +56,7 @@ pplx::task<std::size_t> ResponseBuffer::_putn(const uint8_t* data, std::size_t s
             return take(data, size);
         }
         const auto self = std::static_pointer_cast<ResponseBuffer>(this->shared_from_this());
-        return m_Admitted.then([self, data, size] { return self->take(data, size); });
+        return continued(m_Admitted, [self, data, size] { return self->take(data, size); });
     } catch (...) {
         return pplx::task_from_exception<std::size_t>(std::current_exception());
     }

@@ -30,7 +30,7 @@ public:
 private:
     /// Nothing happens if the provider was changed since it was so often.
     void ask(Credentials::Reason reason, uint64_t changes);
-    void answered(const pplx::task<Token>& answer, uint64_t changes);
+    void answered(Issued issued, std::exception_ptr failure, uint64_t changes) noexcept;
 
     const std::chrono::milliseconds m_Ahead;
     std::mutex m_Mutex;

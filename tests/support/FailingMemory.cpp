@@ -1,38 +1,48 @@
 #include "FailingMemory.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
 namespace forms_test {
 namespace {
 
-thread_local bool isFailing = false;
-thread_local bool isOnce = false;
-thread_local uint64_t left = 0;
-thread_local uint64_t failed = 0;
+enum class State { Whole, FailingHere, FailingElsewhere };
+
+std::atomic<State> state{State::Whole};
+std::atomic<bool> isOnce{false};
+std::atomic<uint64_t> left{0};
+std::atomic<uint64_t> failed{0};
+thread_local bool isHere = false;
 
 bool isRefused() {
-    if (!isFailing) {
+    const State now = state.load();
+    if (now == State::Whole || isHere != (now == State::FailingHere)) {
         return false;
     }
     // At the first that fails it is 1, and stays 0 from then on.
-    const bool refused = left == 1 || (left == 0 && !isOnce);
-    left -= left != 0 ? 1 : 0;
+    uint64_t seen = left.load();
+    while (seen != 0 && !left.compare_exchange_weak(seen, seen - 1)) {
+    }
+    const bool refused = seen == 1 || (seen == 0 && !isOnce);
     failed += refused ? 1 : 0;
     return refused;
 }
 
 } // namespace
 
-void FailingMemory::fail(uint64_t nth, How how) {
+void FailingMemory::fail(uint64_t nth, How how, Where where) {
+    mend();
+    isHere = true;
     isOnce = how == How::Once;
     left = nth;
     failed = 0;
-    isFailing = true;
+    state = where == Where::Here ? State::FailingHere : State::FailingElsewhere;
 }
 
 void FailingMemory::mend() {
-    isFailing = false;
+    state = State::Whole;
+    isHere = false;
 }
 
 uint64_t FailingMemory::failures() {

@@ -74,14 +74,16 @@ void CurlLoop::haltAll() {
 }
 
 void CurlLoop::halt() {
-    post([this] { m_IsHalted = true; });
+    m_IsHalted = true;
+    curl_multi_wakeup(m_Multi);
     if (std::this_thread::get_id() != m_Thread) { // else a callback ends the process
         m_Ended.wait();
     }
 }
 
 void CurlLoop::close() {
-    post([this] { m_IsClosing = true; });
+    m_IsClosing = true;
+    curl_multi_wakeup(m_Multi);
 }
 
 void CurlLoop::post(std::function<void()> work) {
@@ -98,7 +100,12 @@ void CurlLoop::begin(std::shared_ptr<CurlTransfer> transfer) {
 
 void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
     transfer->begins();
-    m_Active.insert(transfer);
+    try {
+        m_Active.insert(transfer);
+    } catch (...) {
+        transfer->ends(std::current_exception());
+        return;
+    }
     m_MayShare = m_MayShare || (m_Options.http2 && m_Active.size() > 1);
     m_Earliest = std::min(m_Earliest, transfer->isLateAt());
     curl_easy_setopt(transfer->handle(), CURLOPT_PRIVATE, transfer.get());
@@ -107,7 +114,7 @@ void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
     }
 }
 
-void CurlLoop::take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) {
+void CurlLoop::take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) noexcept {
     const auto kept = transfer;
     if (m_Active.erase(kept) != 0) {
         curl_multi_remove_handle(m_Multi, kept->handle());
@@ -144,6 +151,11 @@ void CurlLoop::takeLate() {
         return;
     }
     std::vector<std::shared_ptr<CurlTransfer>> late;
+    try {
+        late.reserve(m_Active.size());
+    } catch (...) {
+        return; // There may be memory for it in the next round.
+    }
     m_Earliest = Clock::time_point::max();
     for (const auto& transfer : m_Active) {
         if (transfer->isLateAt() <= now) {
@@ -160,8 +172,9 @@ void CurlLoop::takeLate() {
 void CurlLoop::work() {
     m_Thread = std::this_thread::get_id();
     for (;;) {
+        const bool isClosing = m_IsClosing; // Whatever was posted before that is begun.
         runPosted();
-        if (m_IsHalted || (m_IsClosing && m_Active.empty())) {
+        if (m_IsHalted || (isClosing && m_Active.empty())) {
             break;
         }
         int running = 0;

@@ -1,5 +1,7 @@
 #include "CurlTransfer.h"
 
+#include "transport/Continuation.h"
+
 #include <netdb.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
@@ -33,8 +35,12 @@ constexpr int firstFinalStatus = 200;
 
 } // namespace
 
-std::exception_ptr curlFailure(std::errc code, const std::string& text) {
-    return std::make_exception_ptr(http_exception(std::make_error_code(code), to_string_t(text)));
+std::exception_ptr curlFailure(std::errc code, const char* text) noexcept {
+    try {
+        return std::make_exception_ptr(http_exception(std::make_error_code(code), to_string_t(text)));
+    } catch (...) {
+        return std::current_exception();
+    }
 }
 
 CurlTransfer::CurlTransfer(std::shared_ptr<CurlLoop> loop, const web::uri& base, const http_client_config& settings,
@@ -93,7 +99,7 @@ Result CurlTransfer::guarded(Result failed, Work work) {
 
 template <class Result>
 void CurlTransfer::continueAfter(const pplx::task<Result>& task, std::function<void(Result)> work) {
-    task.then([self = shared_from_this(), work = std::move(work)](const pplx::task<Result>& done) {
+    continued(task, [self = shared_from_this(), work = std::move(work)](const pplx::task<Result>& done) {
         Result result{};
         std::exception_ptr failure;
         try {
@@ -101,7 +107,7 @@ void CurlTransfer::continueAfter(const pplx::task<Result>& task, std::function<v
         } catch (...) {
             failure = std::current_exception();
         }
-        self->m_Loop->post([self, work, result, failure] {
+        const auto goOn = [self, work, result, failure] {
             self->m_Failure = self->m_Failure ? self->m_Failure : failure;
             self->guarded(0, [&] {
                 work(result);
@@ -112,7 +118,12 @@ void CurlTransfer::continueAfter(const pplx::task<Result>& task, std::function<v
             } else if (!self->m_IsWriting) {
                 self->settle();
             }
-        });
+        };
+        try {
+            self->m_Loop->post(goOn);
+        } catch (...) {
+            // There is no memory for it: the transfer is silent from now on, and ends by its time-out.
+        }
     });
 }
 
@@ -250,16 +261,21 @@ void CurlTransfer::progress(web::http::message_direction::direction direction, u
     }
 }
 
-std::exception_ptr CurlTransfer::failureOf(CURLcode code) const {
-    if (code == CURLE_OK && m_HasHeader) {
-        return nullptr;
+std::exception_ptr CurlTransfer::failureOf(CURLcode code) const noexcept {
+    try {
+        return code == CURLE_OK && m_HasHeader ? nullptr : endedBy(code);
+    } catch (...) {
+        return std::current_exception();
     }
-    const std::string text = m_Text[0] != '\0' ? m_Text.data() : curl_easy_strerror(code);
+}
+
+std::exception_ptr CurlTransfer::endedBy(CURLcode code) const {
+    const char* const text = m_Text[0] != '\0' ? m_Text.data() : curl_easy_strerror(code);
     long system = 0;
     curl_easy_getinfo(m_Handle, CURLINFO_OS_ERRNO, &system);
     const auto orElse = [system](std::errc otherwise) { return system != 0 ? std::errc(system) : otherwise; };
     // What no `std::errc` says has the numbers that the default transport gives it: those of `netdb.h` and of OpenSSL.
-    const auto numbered = [&text](unsigned long number) {
+    const auto numbered = [text](unsigned long number) {
         return std::make_exception_ptr(
             web::http::http_exception(static_cast<int>(number), utility::conversions::to_string_t(text)));
     };
@@ -294,7 +310,7 @@ std::exception_ptr CurlTransfer::failureOf(CURLcode code) const {
     }
 }
 
-void CurlTransfer::ends(std::exception_ptr failure) {
+void CurlTransfer::ends(std::exception_ptr failure) noexcept {
     m_IsEnded = true;
     m_Failure = m_Failure ? m_Failure : std::move(failure);
     curl_easy_cleanup(std::exchange(m_Handle, nullptr));
@@ -303,7 +319,7 @@ void CurlTransfer::ends(std::exception_ptr failure) {
     }
 }
 
-void CurlTransfer::settle() {
+void CurlTransfer::settle() noexcept {
     if (m_IsSettled) {
         return;
     }
@@ -312,12 +328,21 @@ void CurlTransfer::settle() {
         m_Token.deregister_callback(m_Registration);
     }
     const auto impl = m_Response._get_impl();
+    guarded(0, [&] {
+        if (!m_Failure) {
+            impl->_complete(m_Received);
+        }
+        return 0;
+    });
     if (!m_Failure) {
-        impl->_complete(m_Received);
-    } else if (m_Arrived.set_exception(m_Failure)) {
-        impl->_complete(0);
-    } else {
-        impl->_complete(0, m_Failure);
+        return;
+    }
+    try {
+        const bool isHere = !m_Arrived.set_exception(m_Failure);
+        impl->_complete(0, isHere ? m_Failure : nullptr);
+    } catch (...) {
+        // There is no memory for it. Without its event the task is canceled.
+        const auto dropped = std::move(m_Arrived);
     }
 }
 

@@ -10,7 +10,8 @@
 namespace VarnelAPI::Forms::transport::detail {
 
 /// An exception as calls of this transport fail with it.
-std::exception_ptr curlFailure(std::errc code, const std::string& text);
+/// Without memory for it, that is the exception.
+std::exception_ptr curlFailure(std::errc code, const char* text) noexcept;
 
 /// One request on its way. Once it was given to the loop, only the loop's thread touches it.
 class CurlTransfer : public std::enable_shared_from_this<CurlTransfer> {
@@ -30,9 +31,9 @@ public:
     void begins() { m_LastActivity = Clock::now(); }
     Clock::time_point isLateAt() const { return m_LastActivity + m_Timeout; }
     /// What it fails with, given how libcurl ended it; null for a success.
-    std::exception_ptr failureOf(CURLcode code) const;
+    std::exception_ptr failureOf(CURLcode code) const noexcept;
     /// It was taken out of the loop.
-    void ends(std::exception_ptr failure);
+    void ends(std::exception_ptr failure) noexcept;
 
 private:
     void configure();
@@ -54,7 +55,8 @@ private:
     void configureTlsContext(void* context);
     void configureSocket(curl_socket_t descriptor) const;
     void progress(web::http::message_direction::direction direction, uint64_t bytes) const;
-    void settle();
+    void settle() noexcept;
+    std::exception_ptr endedBy(CURLcode code) const;
     /// What a callback throws must not go through libcurl. It is kept, and ends the transfer.
     template <class Result, class Work>
     Result guarded(Result failed, Work work);
