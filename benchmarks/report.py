@@ -48,7 +48,7 @@ ROWS = {
     "upload-file-curl": ("the same over curl / HTTP library's", {"wall": None, "cpu": 1.0, "growth": 20}),
     "get-1000": ("1,000 gets at once / by hand", {"wall": 1.1, "peak": 1.2}),
     "repository-page": ("repository: page of 100,000 / of 1,000", {"cpu": 3.0}),
-    "repository-last-page": ("the last page of 100,000 / of 1,000", {}),
+    "repository-last-page": ("the last page of 100,000 / of 1,000", {"cpu": 3.0}),
     "repository-filter": ("filtered page of 100,000 / parsing each", {"cpu": 0.2}),
     "repository-filter-memory": ("the same / a page", {"peak": 1.5}),
     "repository-order-memory": ("ordered page of 100,000 / a page", {"peak": 1.5}),

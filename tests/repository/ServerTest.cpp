@@ -737,6 +737,43 @@ TEST(ReaderTest, PagesInStoredOrderStayRightWhileOthersInsertAndDelete) {
     writer.join();
 }
 
+TEST(ReaderTest, LatePagesAreThoseOfTheWholeList) {
+    Server server;
+    Client client(server);
+    std::string seed;
+    for (int i = 0; i < 1700; ++i) {
+        seed += std::string(i == 0 ? "" : ",") + R"({"location":")" + (i % 17 == 0 ? "there" : "here") +
+                R"(","schemaName":"S","className":")" + (i % 3 == 0 ? "C" : "BaseClass") + R"(","properties":{"n":)" +
+                std::to_string(i) + "}}";
+    }
+    seed = "{\"instances\":[" + seed + "]}";
+    server.seedText(seed);
+    const auto expectPages = [&] {
+        for (const char* type : {"S/C", "S/BaseClass", "S/BaseClass!poly"}) {
+            const Json all = client.listed(type, "n");
+            for (std::size_t skip = 0; skip < all.size() + 200; skip += 97) {
+                Json page = Json::array();
+                for (std::size_t i = skip; i < std::min(skip + 2, all.size()); ++i) {
+                    page.push_back(all[i]);
+                }
+                EXPECT_EQ(client.listed(std::string(type) + "?$top=2&$skip=" + std::to_string(skip), "n"), page)
+                    << type << " " << skip;
+            }
+        }
+    };
+    expectPages();
+    for (const Json& instance : client.list("S/C?$top=400")) { // more than a block of them
+        client.send("DELETE", "S/C/" + instance["instanceId"].get<std::string>() + "/");
+    }
+    client.insertId("S/C", {{"n", -1}});
+    expectPages();
+    EXPECT_EQ(client.listed("S/C?$top=9&$skip=133", "n"), Json({-1}));
+    server.reset();
+    server.seedText(seed);
+    expectPages();
+    EXPECT_EQ(client.listed("S/C", "n").size(), 533U);
+}
+
 /// What clients were told is stored, as they remember it: paths of instances with their last text, and of files.
 struct Acknowledged {
     std::mutex mutex;

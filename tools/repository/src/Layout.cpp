@@ -10,7 +10,7 @@ namespace {
 
 /// Tells our files from other SQLite files, and this layout from others.
 constexpr std::int64_t applicationId = 0x56464C52;
-constexpr std::int64_t layoutVersion = 2;
+constexpr std::int64_t layoutVersion = 3;
 
 constexpr const char* layout = R"(
     CREATE TABLE record_classes(
@@ -47,6 +47,21 @@ constexpr const char* layout = R"(
         UNIQUE(location, id)) STRICT;
     CREATE INDEX instances_of_class ON instances(location, schema, class);
     CREATE INDEX instances_of_owner ON instances(location, owner, schema, class);
+
+    -- How many instances of a class there are among each 512 numbers: what a page leaves out need not be walked through.
+    CREATE TABLE blocks(
+        location TEXT NOT NULL, schema TEXT NOT NULL, class TEXT NOT NULL,
+        block INTEGER NOT NULL,
+        instances INTEGER NOT NULL,
+        PRIMARY KEY(location, schema, class, block)) STRICT, WITHOUT ROWID;
+    CREATE TRIGGER instance_is_added AFTER INSERT ON instances BEGIN
+        INSERT INTO blocks VALUES (new.location, new.schema, new.class, new.number / 512, 1)
+            ON CONFLICT DO UPDATE SET instances = instances + 1;
+    END;
+    CREATE TRIGGER instance_is_gone AFTER DELETE ON instances BEGIN
+        UPDATE blocks SET instances = instances - 1 WHERE location = old.location AND schema = old.schema
+            AND class = old.class AND block = old.number / 512;
+    END;
 
     -- What the properties of an instance can be compared and ordered by; its kind is one of the enumeration ValueKind.
     CREATE TABLE property_values(
@@ -103,7 +118,7 @@ void prepareLayout(Database& database) {
 
 void clearLayout(Database& database) {
     database.run("DROP TABLE relationships; DROP TABLE files; DROP TABLE property_values; DROP TABLE instances;"
-                 "DROP TABLE classes; DROP TABLE producers; DROP TABLE record_classes");
+                 "DROP TABLE blocks; DROP TABLE classes; DROP TABLE producers; DROP TABLE record_classes");
     database.run(layout);
 }
 

@@ -153,24 +153,50 @@ std::vector<std::string> familyNames(Database& database, const ClassName& type) 
     return names;
 }
 
+Sql oneOf(const std::vector<std::string>& names) {
+    Sql sql{"IN (", {}};
+    for (const auto& name : names) {
+        sql += {sql.values.empty() ? "?" : ", ?", {name}};
+    }
+    return sql += {")", {}};
+}
+
+/// Where a page begins: so many instances after the first with this number or a higher one.
+struct Beginning {
+    std::int64_t number;
+    std::int64_t skip;
+};
+
+Beginning beginningOf(Database& database, const ClassName& type, const std::vector<std::string>& classes,
+                      std::int64_t skip) {
+    Sql sql{"SELECT block * 512, sum(instances) FROM blocks WHERE location = ? AND schema = ? AND class ",
+            {type.location, type.schema}};
+    sql += oneOf(classes);
+    sql += {" GROUP BY block ORDER BY block", {}};
+    for (Statement block(database, sql); block.step();) {
+        if (skip < block.integer(1)) {
+            return {block.integer(0), skip};
+        }
+        skip -= block.integer(1);
+    }
+    return {INT64_MAX, 0};
+}
+
 /// The page of instances that have one of the classes and meet the condition, in the order asked for. In the stored
-/// order the classes are merged: their index then gives each its order, and no more is read than the page needs.
+/// order the classes are merged: their index then gives each its order, and no more is read than the page needs. If no
+/// condition has to be looked at, that is true of what is skipped, too.
 std::string listOf(Database& database, const ClassName& type, const std::vector<std::string>& classes,
                    const Sql& condition, const Query& query) {
     const bool isMerged = query.order().text.empty() && classes.size() <= maxBranches;
+    const bool isOfAll = isMerged && condition.text.empty() && query.filter().text.empty();
+    const Beginning beginning =
+        isOfAll ? beginningOf(database, type, classes, query.skip()) : Beginning{0, query.skip()};
     Sql sql;
     for (std::size_t first = 0; first < classes.size(); first += isMerged ? 1 : classes.size()) {
         sql += {first == 0 ? "" : " UNION ALL ", {}};
         sql += {"SELECT i.number AS number FROM instances i WHERE i.location = ? AND i.schema = ? AND i.class ",
                 {type.location, type.schema}};
-        if (isMerged) {
-            sql += {"= ?", {classes[first]}};
-        } else {
-            for (std::size_t i = 0; i < classes.size(); ++i) {
-                sql += {i == 0 ? "IN (?" : ", ?", {classes[i]}};
-            }
-            sql += {")", {}};
-        }
+        sql += isMerged ? Sql{"= ? AND i.number >= ?", {classes[first], beginning.number}} : oneOf(classes);
         sql += condition;
         if (!query.filter().text.empty()) {
             sql += {" AND ", {}};
@@ -182,7 +208,7 @@ std::string listOf(Database& database, const ClassName& type, const std::vector<
         sql += query.order();
         sql += {", ", {}};
     }
-    sql += {isMerged ? "number LIMIT ? OFFSET ?" : "i.number LIMIT ? OFFSET ?", {query.top(), query.skip()}};
+    sql += {isMerged ? "number LIMIT ? OFFSET ?" : "i.number LIMIT ? OFFSET ?", {query.top(), beginning.skip}};
 
     std::string out = R"({"instances":[)";
     Writer writer(database, query);
