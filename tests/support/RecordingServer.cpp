@@ -206,6 +206,7 @@ void RecordingServer::serve(Socket connection) {
 }
 
 bool RecordingServer::readRequest(Socket connection, std::string& buffer, Request& request) {
+    bool isClosed = false;
     const auto readMore = [&] {
         char block[16384];
         if (!waitFor(connection, POLLIN, patience)) {
@@ -213,13 +214,21 @@ bool RecordingServer::readRequest(Socket connection, std::string& buffer, Reques
         }
         const Size size = recv(connection, block, sizeof(block), 0);
         buffer.append(block, size > 0 ? static_cast<std::size_t>(size) : 0);
-        if (size == 0) {
-            const std::lock_guard<std::mutex> lock(m_Mutex);
-            ++m_Closed;
-            m_Arrived.notify_all();
-        }
+        isClosed = size == 0;
         return size > 0;
     };
+    struct AtTheEnd { // after what is said of it
+        RecordingServer& server;
+        const bool& isClosed;
+        ~AtTheEnd() {
+            if (isClosed) {
+                const std::lock_guard<std::mutex> lock(server.m_Mutex);
+                ++server.m_Closed;
+                server.m_Arrived.notify_all();
+            }
+        }
+    };
+    const AtTheEnd atTheEnd{*this, isClosed};
     std::size_t end = 0;
     while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
         if (!readMore()) {

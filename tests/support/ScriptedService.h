@@ -115,7 +115,11 @@ public:
             m_Past += pause;
             pplx::create_task(then);
         }
-        return [this] { ++m_Ended; };
+        return [this] {
+            const std::lock_guard<std::mutex> ending(m_Mutex);
+            ++m_Ended;
+            m_Changed.notify_all();
+        };
     }
 
     /// All so far, in milliseconds.
@@ -131,7 +135,10 @@ public:
         std::unique_lock<std::mutex> lock(m_Mutex);
         return m_Changed.wait_for(lock, std::chrono::seconds(20), [&] { return m_Pauses.size() >= count; });
     }
-    int ended() const { return m_Ended; }
+    bool waitForEnds(int count) {
+        std::unique_lock<std::mutex> lock(m_Mutex);
+        return m_Changed.wait_for(lock, std::chrono::seconds(20), [&] { return m_Ended >= count; });
+    }
     void pass(std::chrono::milliseconds time) {
         const std::lock_guard<std::mutex> lock(m_Mutex);
         m_Past += time;
@@ -160,7 +167,7 @@ private:
     std::chrono::milliseconds m_Past{0};
     std::vector<std::chrono::milliseconds> m_Pauses;
     std::vector<std::function<void()>> m_Stuck;
-    std::atomic<int> m_Ended{0};
+    int m_Ended = 0;
 };
 
 /// A service that does with each request what the next word of a script says: a status, "@" and its Retry-After; the
