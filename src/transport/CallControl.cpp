@@ -39,7 +39,7 @@ pplx::task<http_response> CallControl::run(const std::shared_ptr<Attempts>& atte
 }
 
 pplx::task<http_response> CallControl::watch(const std::function<void()>& begin) {
-    const pplx::task<http_response> outcome(m_Outcome, inPoolOrHere());
+    pplx::task<http_response> outcome(m_Outcome, inPoolOrHere());
     const std::weak_ptr<CallControl> weak = weak_from_this();
     if (m_Wishes.deadline) {
         m_EndTimer = afterPause(*m_Wishes.deadline, [weak] {

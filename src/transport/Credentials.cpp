@@ -20,7 +20,7 @@ Credentials::Provider checked(Credentials::Provider provider) {
 
 /// Its failures don't say what it was.
 utility::string_t headerOf(const Token& token) {
-    const utility::string_t header = token.scheme + _XPLATSTR(" ") + token.value;
+    utility::string_t header = token.scheme + _XPLATSTR(" ") + token.value;
     const bool isPlain = std::all_of(header.begin(), header.end(), [](auto c) { return c >= ' ' && c <= '~'; });
     if (token.scheme.empty() || token.value.empty() || !isPlain) {
         throw std::invalid_argument("the provider of credentials gave a token that no header can hold");

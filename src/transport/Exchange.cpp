@@ -7,8 +7,6 @@
 
 namespace VarnelAPI::Forms::transport::detail {
 
-using web::http::http_exception;
-using web::http::http_request;
 using web::http::http_response;
 
 namespace {
@@ -72,8 +70,7 @@ std::optional<uint64_t> announcedLength(const http_response& response) {
 
 web::uri serviceAddress(const utility::string_t& text) {
     const web::uri given(text);
-    const web::uri address =
-        given.scheme().empty() ? web::uri_builder(given).set_scheme(_XPLATSTR("http")).to_uri() : given;
+    web::uri address = given.scheme().empty() ? web::uri_builder(given).set_scheme(_XPLATSTR("http")).to_uri() : given;
     if (address.scheme() != _XPLATSTR("http") && address.scheme() != _XPLATSTR("https")) {
         throw std::invalid_argument("URI scheme must be 'http' or 'https'");
     }

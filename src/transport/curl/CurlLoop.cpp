@@ -115,7 +115,7 @@ void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
 }
 
 void CurlLoop::take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) noexcept {
-    const auto kept = transfer;
+    const auto kept = transfer; // NOLINT(performance-unnecessary-copy-initialization): it may be that of the set
     if (m_Active.erase(kept) != 0) {
         curl_multi_remove_handle(m_Multi, kept->handle());
         kept->ends(std::move(failure));

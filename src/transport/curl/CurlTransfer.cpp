@@ -7,13 +7,13 @@
 #include <openssl/ssl.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <system_error>
 
 namespace VarnelAPI::Forms::transport::detail {
 
 using utility::conversions::to_string_t;
-using utility::conversions::to_utf8string;
 using web::http::header_names;
 using web::http::http_exception;
 using web::http::http_request;
@@ -44,9 +44,9 @@ std::exception_ptr curlFailure(std::errc code, const char* text) noexcept {
 }
 
 CurlTransfer::CurlTransfer(std::shared_ptr<CurlLoop> loop, const web::uri& base, const http_client_config& settings,
-                           http_request request)
-    : m_Loop(std::move(loop)), m_Base(base), m_Settings(settings), m_Request(std::move(request)),
-      m_Handle(curl_easy_init()), m_Timeout(settings.timeout<std::chrono::microseconds>()), m_Source(m_Request.body()) {
+                           const http_request& request)
+    : m_Loop(std::move(loop)), m_Base(base), m_Settings(settings), m_Request(request), m_Handle(curl_easy_init()),
+      m_Timeout(settings.timeout<std::chrono::microseconds>()), m_Source(m_Request.body()) {
     if (m_Handle == nullptr) {
         throw std::bad_alloc();
     }
@@ -139,10 +139,11 @@ bool CurlTransfer::header(const char* line, std::size_t size) {
     if (size > 6 && std::memcmp(line, "HTTP/", 5) == 0) {
         const char* const code = std::find(line, end, ' ');
         const char* const reason = code == end ? end : std::find(code + 1, end, ' ');
-        const int status = std::atoi(std::string(code, reason).c_str());
+        web::http::status_code status = 0;
+        std::from_chars(code == end ? end : code + 1, reason, status);
         m_HasFrames = std::memcmp(line, "HTTP/1", 6) != 0;
         m_Response.headers().clear();
-        m_Response.set_status_code(static_cast<web::http::status_code>(status));
+        m_Response.set_status_code(status);
         m_Response.set_reason_phrase(to_string_t(trimmed(reason, end)));
         m_IsFinal = status >= firstFinalStatus; // an interim reply is no answer
     } else if (m_IsFinal && trimmed(line, end).empty()) {

@@ -19,7 +19,7 @@ public:
     using Clock = CurlLoop::Clock;
 
     CurlTransfer(std::shared_ptr<CurlLoop> loop, const web::uri& base,
-                 const web::http::client::http_client_config& settings, web::http::http_request request);
+                 const web::http::client::http_client_config& settings, const web::http::http_request& request);
     ~CurlTransfer();
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
