@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstring>
 #include <functional>
@@ -187,7 +188,10 @@ constexpr Use calls[] = {
          static const auto credentials = std::make_shared<transport::Credentials>([](auto) {
              return pplx::task_from_result(transport::Token{"a token of some length"_t, {}});
          });
-         static const auto observer = std::make_shared<transport::Observer>([](const auto&) {});
+         static std::atomic<int> ends{0};
+         static const auto observer = std::make_shared<transport::Observer>(
+             [](const auto& event) { ends += event.kind == transport::CallEvent::Kind::Ended ? 1 : 0; });
+         const int endsBefore = ends;
          static const pplx::cancellation_token_source source;
          const auto client = trial.client()->with(transport::CallOptions()
                                                       .cancelOn(source.get_token())
@@ -198,7 +202,14 @@ constexpr Use calls[] = {
                                                       .onProgress([](const auto&) {})
                                                       .onResponse([](auto, const auto&) {}));
          const auto task = trial.in([&] { return BaseClassApi(client).select_DynamicSchemaBaseClass("L"_t); });
-         return textOf(*trial.settled(task));
+         const std::string result = textOf(*trial.settled(task));
+         for (int i = 0; !trial.isDisturbed() && ends == endsBefore; ++i) {
+             if (i == 20000) {
+                 throw std::logic_error("the observer hears of no end");
+             }
+             std::this_thread::sleep_for(100us);
+         }
+         return result;
      },
      120}};
 
