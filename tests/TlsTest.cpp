@@ -72,7 +72,6 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     configuration->setTransport(chosenTransport());
     EXPECT_EQ(status(service.url()), 200);
     refuses(service.url("localhost")); // which its certificate does not name
-    unsetenv("SSL_CERT_FILE");
 #if defined(FORMS_TEST_CURL)
     const auto over = [this](const fs::path& ca, const fs::path& cas, transport::CurlOptions::Tls minimum) {
         transport::CurlOptions options;
@@ -84,6 +83,7 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     using Tls = transport::CurlOptions::Tls;
     over("", empty, Tls::V1_2);
     refuses(service.url());
+    unsetenv("SSL_CERT_FILE"); // whose authorities one's own take the place of
     over("", hashed, Tls::V1_3);
     EXPECT_EQ(status(service.url()), 200);
     service.speakAtMost(TLS1_2_VERSION);
@@ -95,6 +95,7 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     over(file, "", Tls::V1_2);
     refuses(service.url());
 #endif
+    unsetenv("SSL_CERT_FILE");
 }
 
 TEST_F(TlsTest, ShowsTheCertificateThatItIsGiven) {

@@ -47,6 +47,9 @@ SEED = {"instances": [
     record("_Comment", "C-2", "I-2", {"Text": "two"}),
     record("Attachment", "A-1", "I-1", {"Name": "../../note.txt"}, file="aGVsbG8K"),
     record("Attachment", "A-2", "I-1", {"Name": "big.bin"}, file="A" * 400000),
+    {**issue(1, _Subject="a\rb", Text="q\"\\\n\t\x01\x7f\u0085é", Big=18446744073709551615, Small=5e-324,
+             Marks="a\nb\rc\td \x7f \x85 \u200e \u2028 \u202e \u2066 é \U0001f600", **{"Dotted.name": "d"}), "location": "odd"},
+    {**record("Attachment", "O-1", "I-1", {"Name": ".profile"}, file="aA=="), "location": "odd"},
 ] + [{"location": "many", "schemaName": "DynamicSchema", "className": "Defect", "instanceId": f"M-{n:03}",
       "properties": {"_Subject": f"Number {n}"}} for n in range(230)]}
 
@@ -206,6 +209,9 @@ def verbs(repository):
         ("varnel-forms list templates", 2, "=", "can't list templates", unsent),
         ("varnel-forms list nonsense", 2, "=", "no family .nonsense.*issues", unsent),
         ("varnel-forms list issues --all --top 3", 2, "=", "exclude each other", unsent),
+        ("varnel-forms list issues --class No_Such_1 --jq length", 0, 0, "="),
+        ("varnel-forms list issues --jq '-(length)'", 0, -3, "="),
+        ("varnel-forms list issues --filter -x", 1, "=", "expected a property name.*--dry-run"),
         ("varnel-forms list issues --jq '.['", 2, "=", "jq does not understand", unsent),
         ("varnel-forms list issues --jq '.[0]|error(\"oh\")'", 1, "=", "oh"),
         # Pages: one document, whatever their number; without --all it says that there is more.
@@ -232,6 +238,11 @@ def verbs(repository):
          {"_Subject": "a=b", "Floor": 4, "Deep": {"k": [1]}}, "^Created issue \\S+\\.$"),
         (create + "--file - --set Status=New --jq .properties", 0, {"Status": "New", "Floor": 1}, "^Created",
          {"stdin": '{"properties": {"Floor": 1, "Status": "Old"}}'}),
+        (create + "--file - --jq '[.className, .properties]'", 0, ["Defect", {"Status": "S", "className": "X"}], "^Created",
+         {"stdin": '{"Status": "S", "className": "X"}'}),
+        (create + "--set Latitude:=4 --jq .properties.Latitude", 0, 4, "^Created"),
+        ("varnel-forms create comments --set CreatedDate=2026-01-31T12:00:00.000Z --jq .properties.CreatedDate", 0,
+         "^2026-01-31T12:00:00", "^Created"),
         (create + "-f given.json --jq .className", 0, "=Defect\n", "^Created"),
         ("varnel-forms create comments --of I-1 --set Text=hi --jq .properties.Text", 0, "=hi\n", "^Created comment",
          {"sent": [("POST", "/DynamicSchema/BaseClass/I-1/_Comment")]}),
@@ -243,7 +254,7 @@ def verbs(repository):
         ("varnel-forms create comments --set CreatedDate=yesterday", 2, "=", "CreatedDate", unsent),
         (create, 2, "=", "--set Name=value or --file", unsent),
         (create + "--set Floor:=x", 2, "=", "what Floor is set to is not JSON", unsent),
-        (create + "--set Floor", 2, "=", "Name=text or Name:=JSON", unsent),
+        *[(create + "--set " + wrong, 2, "=", "Name=text or Name:=JSON", unsent) for wrong in ["Floor", "=x", ":=1"]],
         (create + "--file - ", 2, "=", "standard input is not JSON", {"stdin": "{", **unsent}),
         (create + "--file nothing.json", 2, "=", "nothing.json can't be read", unsent),
         (create + "--file -", 2, "=", "one instance", {"stdin": "[1]", **unsent}),
@@ -290,7 +301,9 @@ def verbs(repository):
          "x +\\\\0 +y", "Uploaded - to", {"stdin": "x\0y"}),
         ("varnel-forms upload attachments photo.jpg --of I-2 --set Caption=c --jq .properties", 0,
          {"Name": "photo.jpg", "Caption": "c"}, "^Uploaded photo.jpg to attachment \\S+\\.$"),
-        ("varnel-forms list attachments --of I-2 --jq length", 0, 1, "="),
+        ("varnel-forms upload attachments photo.jpg --of I-2 --set Name=n --jq .properties.Name", 0, "=n\n", "^Uploaded"),
+        ("varnel-forms list attachments --of I-2 --jq length", 0, 2, "="),
+        ("varnel-forms download attachments O-1 --location odd --to in", 0, "=", "Saved in/O-1", {"then": fetched("in/O-1", b"h")}),
         ("varnel-forms upload attachments A-1 nowhere.bin", 1, "=", "Uploading nowhere.bin failed", unsent),
         ("varnel-forms upload attachments A-1 in", 1, "=", "Uploading in failed", unsent),
         ("varnel-forms upload issues I-1 photo.jpg", 2, "=", "takes no files of issues", unsent),
@@ -300,6 +313,7 @@ def verbs(repository):
          {"faults": [{"operation": "download", "truncateAfter": 1000}],
           "then": lambda r: not list(SCRATCH.glob("cut.bin*"))}),
         ("varnel-forms export issues --location many --to all.jsonl; wc -l < all.jsonl", 0, "^230\n", "Exported 230 issues to all.jsonl"),
+        ("varnel-forms export issues --to all.txt -o csv && head -n 1 all.txt", 0, "^id,class,", "Exported 3 issues to all.txt"),
         ("varnel-forms export issues --to all.txt", 2, "=", "does not say its form", unsent),
         ("varnel-forms export issues --to no/where.csv", 1, "=", "can't be made", unsent),
         ("varnel-forms export issues --to half.csv --location many --retries 0", 5, "=", "503",
@@ -312,6 +326,11 @@ def verbs(repository):
          {"stdin": '{"instance": {"properties": {"Floor": 9}}}', "then": holds("I-1", Floor=9)}),
         ("varnel-forms api DELETE DynamicSchema/BaseClass/I-1/ -i", 0, "^204 No Content\n", "="),
         ("varnel-forms api GET x --query y", 2, "=", "name=value", unsent),
+        ("varnel-forms api POST x -f given.json --set a=b", 2, "=", "either --file or --set", unsent),
+        ("varnel-forms api GET DynamicSchema/Defect --query \"\\$filter=Status eq 'a=b'\" --jq '.instances|length'", 0, 0, "="),
+        *[(f"varnel-forms list issues {wrong}", 2, "=", wrong.split()[0], unsent)
+          for wrong in ["--top 0", "--skip -1", "--timeout 0", "--retries -1", "--retries 101"]],
+        ("varnel-forms demo --port 65536", 2, "=", "--port"),
     ])
 
 
@@ -325,11 +344,20 @@ def outputs(repository):
         (table + "--columns id,Nested.a.b,eTag -o csv", 0, "=id,Nested.a.b,eTag\nI-1,,v1\nI-2,7,v2\nI-3,,v3\n", "="),
         (table + "--add-column Floor -o csv --top 1", 0, "DueDate,Floor\nI-1,.*,3\n$", "="),
         (table + "--columns id,Floor --top 2", 0, [{"id": "I-1", "Floor": 3}, {"id": "I-2", "Floor": 1}], "="),
+        (table + "--columns schema,class,Dotted.name -o csv --top 1 --location odd", 0,
+         "=schema,class,Dotted.name\nDynamicSchema,Defect,d\n", "="),
+        (table + "--columns Marks -o table --location odd", 0,
+         "=Marks\na b c d \ufffd \ufffd \ufffd \ufffd \ufffd \ufffd é \ud83d\ude00\n".encode("utf-16", "surrogatepass").decode("utf-16"), "="),
         (table + "-o jsonl", 0, lambda text: [json.loads(line)["instanceId"] for line in text.splitlines()] == ["I-1", "I-2", "I-3"], "="),
         (table + "-o jsonl --jq .instanceId", 0, "=I-1\nI-2\nI-3\n", "="),
         (table + "-o jsonl --columns id --jq .", 0, "^{\"id\":\"I-1\"}\n", "="),
         (table, 0, lambda text: json.loads(text)[1]["properties"]["_Subject"].startswith("Socket \x1b[31m"), "="),
         (table + "--filter 'Floor gt 99'", 0, [], "="),
+        (table + "--location odd --columns _Subject -o csv", 0, '=_Subject\n"a\rb"\n', "="),
+        ("varnel-forms get issues I-1 --location odd", 0,
+         lambda text: all(part in text for part in [
+             '"Big":18446744073709551615', '"Small":5e-324', r'"Text":"q\"\\\n\t\u0001\u007f\u0085é"', r'"a\u000db"']), "="),
+        (table + "--add-column AssignedTo -o table --top 1", 0, "AssignedTo", "="),
         ("varnel-forms list list-groups -o csv", 0, "=id,Name,Lists,ModifiedDate\n", "="),
         (table + "-o table", 0, "^id +class +_Subject +Status +_DueDate\nI-1 .* 2026-12-01T17:00:00Z\n", "="),
         (table + "-o table --columns id,Floor --top 1", 0, "=id   Floor\nI-1  3\n", "="),
@@ -384,9 +412,13 @@ def failures(repository):
         return lambda text: text.startswith("varnel-forms: ") and text.count("\n") == 1 and all(part in text for part in parts)
 
     table = [(f"varnel-forms list issues{once}", code, None,
-              sentence("Listing issues failed with status", str(status), "Our own words", "; "), fault(operation="list", status=status, body=service))
-             for status, code in [(400, 1), (401, 4), (403, 4), (404, 3), (405, 1), (408, 5), (409, 6), (410, 3), (412, 6),
-                                  (418, 1), (429, 5), (500, 1), (502, 5), (503, 5), (504, 5)]]
+              sentence("Listing issues failed with status", str(status), "Our own words", "; " + advice),
+              fault(operation="list", status=status, body=service))
+             for status, code, advice in [
+                 (400, 1, "check what you gave"), (401, 4, "give a token"), (403, 4, "ask somebody"), (404, 3, "see what there is"),
+                 (405, 1, "-v shows"), (408, 5, "try again later"), (409, 6, "read it again"), (410, 3, "see what there is"),
+                 (412, 6, "read it again"), (418, 1, "-v shows"), (429, 5, "try again later"), (500, 1, "-v shows"),
+                 (502, 5, "try again later"), (503, 5, "try again later, or with more"), (504, 5, "try again later")]]
     table += [
         (f"varnel-forms get issues I-1{once}", 5, "=", sentence("Reading issue I-1 failed", "try again"), fault(isReset=True)),
         (f"varnel-forms list issues --timeout 0.5{once}", 5, None, sentence("no answer in time", "--timeout"), fault(isStall=True)),
@@ -401,6 +433,12 @@ def failures(repository):
         ("varnel-forms list issues --jq length", 0, 3, "=", {"faults": [{"operation": "list", "status": 503, "times": 1}]}),
         ("varnel-forms get issues I-1 --retries 1", 0, None, "=", {"faults": [{"status": 503}], "sent": [("GET", "/DynamicSchema/BaseClass/I-1/")] * 2}),
         ("varnel-forms get issues I-1 --retries 1", 5, "=", sentence("503"), {"faults": [{"status": 503, "times": 2}]}),
+        ("varnel-forms get issues I-1", 5, "=", sentence("503"),
+         {**fault(status=503), "sent": [("GET", "/DynamicSchema/BaseClass/I-1/")] * 3}),
+        (f"varnel-forms get issues I-9{once}", 3, "=", sentence("404", "varnel-forms list issues")),
+        (f"varnel-forms api GET DynamicSchema/Defect/I-9/{once}", 3, "=", sentence("404", "check the path")),
+        ("varnel-forms list issues --url ftp://forms.test", 2, "=", sentence("no URL of a service")),
+        ("varnel-forms list issues --url 'http://forms.test/#a'", 2, "=", sentence("no URL of a service")),
         # What may have been done already is not repeated.
         ("varnel-forms create issues --set Status=x", 5, "=", sentence("503"),
          {"faults": [{"operation": "insert", "status": 503, "times": 1}], "sent": [("POST", "/DynamicSchema/BaseClass")]}),
@@ -419,7 +457,7 @@ def credentials(repository):
     other = {"VARNEL_FORMS_URL": None, "VARNEL_FORMS_LOCATION": None}
     (SCRATCH / "token").write_text("s3cret\n")
     (SCRATCH / "bad").write_text("two words")
-    (SCRATCH / "headers").write_text("X-One: 1\nAuthorization: Bearer s3cret\n")
+    (SCRATCH / "headers").write_text("X-One:  1 \n\n \nAuthorization: Bearer s3cret\n")
     profiles = SCRATCH / "config/varnel-forms/profiles.json"
     ask = "varnel-forms count issues --jq .total "
     at = f"--url {guarded.url} --location tower "
@@ -439,6 +477,9 @@ def credentials(repository):
         (ask + "--header @headers", 0, 0, "=", {"then": lambda r: header("x-one")(r) == ["1"]}),
         (ask + "--header 'authorization: Bearer s3cret'", 0, 0, "="),
         (ask + "--header nonsense", 2, "=", "Name: value"),
+        (ask + "--header ': value'", 2, "=", "Name: value"),
+        (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": " \n"}),
+        (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": "é"}),
         (ask + "-v --token-file token --header 'X-Mine: s3cret'", 0, None,
          lambda text: quiet(text) and "> Authorization: REDACTED" in text and "> X-Mine: REDACTED" in text and "< 200" in text),
         ("varnel-forms api GET x -v --query 'api_key=s3cret' --query a=b", 4, "=", lambda text: quiet(text) and "a=b" in text),
@@ -465,8 +506,18 @@ def credentials(repository):
         ("varnel-forms profile use two && varnel-forms profile remove site && varnel-forms profile list --jq '[.[].name,.[].current]'",
          0, ["two", True], "gone", {"env": other}),
         ("varnel-forms profile remove site", 2, "=", "no profile", {"env": other}),
+        ("varnel-forms profile use site", 2, "=", "no profile", {"env": other}),
         ("varnel-forms profile add x", 2, "=", "--url", {"env": other}),
         ("varnel-forms profile remove two", 0, "=", "gone", {"env": other}),
+        (ask, 2, "=", "nothing says where the service is", {"env": other}),
+        # Of one origin is what has the same scheme, host and port, however they are written.
+        *[(ask + f"-n --url {url}", 0, lambda text, same=same: ("Authorization" in text) == same, "=",
+           {"env": {"VARNEL_FORMS_TOKEN": "s3cret", "VARNEL_FORMS_URL": "https://forms.test/a"}}) for url, same in [
+               ("https://FORMS.test:443", True), ("https://forms.test/b", True), ("http://forms.test", False),
+               ("https://forms.test:444", False), ("https://other.test", False)]],
+        ("varnel-forms api GET x -v --query design=plain " + " ".join(f"--query {name}=s3cret" for name in [
+            "X-Authorization", "cookie", "access_token", "client_secret", "Password", "sort-key", "signature", "sig"]), 4, "=",
+         lambda text: quiet(text) and "design=plain" in text),
     ])
     # What is in the list of processes, and what is asked for at a terminal.
     stalled = subprocess.Popen([PROGRAM, "list", "issues", "--header", "X-A: s3cret", "--header=X-B: s3cret", "--url", guarded.url,
@@ -497,7 +548,8 @@ def manners(repository):
             ("count issues", "^GET .*/\\$count\n"),
             ("api PUT a/b --set c=d", '(?s)^PUT .*/a/b\n.*"c": "d"'),
         ]] + [("varnel-forms list issues -v --jq length", 0, 3, "^> GET http.*\\n(> .*\\n)+< 200 OK \\(\\d+ ms\\)\n")])
-    for keys, code, isThere in [("n\n", 1, True), ("\n", 1, True), ("y\n", 0, False)]:
+    for keys, code, isThere in [("n\n", 1, True), ("\n", 1, True), ("y\n", 0, False), ("Y\n", 0, False), ("yes\n", 0, False)]:
+        repository.afresh()
         got, text, _ = on_terminal(repository, "varnel-forms delete issues I-3", keys=keys)
         expect(f"delete answered {keys!r}", "what came of it", got == code and "Delete issue I-3? [y/N]" in text and
                (run(repository, "varnel-forms get issues I-3")[0] == 0) == isThere, got, text)
