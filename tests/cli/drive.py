@@ -211,7 +211,8 @@ def verbs(repository):
         ("varnel-forms list issues --all --top 3", 2, "=", "exclude each other", unsent),
         ("varnel-forms list issues --class No_Such_1 --jq length", 0, 0, "="),
         ("varnel-forms list issues --jq '-(length)'", 0, -3, "="),
-        ("varnel-forms list issues --filter -x", 1, "=", "expected a property name.*--dry-run"),
+        ("varnel-forms list issues --filter -v", 1, "=", "expected a property name.*--dry-run"),
+        ("varnel-forms list issues --filter -v --order -v --jq -v", 2, "=", "jq does not understand -v", unsent),
         ("varnel-forms list issues --jq '.['", 2, "=", "jq does not understand", unsent),
         ("varnel-forms list issues --jq '.[0]|error(\"oh\")'", 1, "=", "oh"),
         # Pages: one document, whatever their number; without --all it says that there is more.

@@ -339,6 +339,7 @@ TEST(LogTest, KeepsWhatWasServedLast) {
     EXPECT_TRUE(log[0].tookEffect);
     EXPECT_EQ(log[1].status, 404);
     EXPECT_FALSE(log[1].tookEffect);
+    EXPECT_FALSE(log[2].tookEffect);
     EXPECT_EQ(log[2].answerBytes, 0U);
     EXPECT_EQ(log[2].number, 3U);
     const auto age = std::chrono::system_clock::now() - log[2].time;
