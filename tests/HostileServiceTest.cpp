@@ -392,6 +392,8 @@ TEST_F(HostileServiceTest, OddMediaTypes) {
     const std::string json = "application/json", half("\0\"\xD8\0\0\"", 6);
     const Row rows[] = {{json + "; charset=utf-8; version=1", utf8, read},
                         {json + ";;;", utf8, read},
+                        {json + "; charset=iso-8859-1;version=1", name + "\xFC\"}}}", read},
+                        {json + "; version=1;\tCHARSET=iso-8859-1\t", name + "\xFC\"}}}", read},
                         {json + "; charset=", utf8, read},
                         {json + "; charset=\"", utf8, read},
                         {json + "; charset=klingon", utf8, read},

@@ -605,6 +605,8 @@ struct Events {
                 }
                 const std::lock_guard<std::mutex> lock(mutex);
                 text += line + "\n";
+                numbers.insert(event.call);
+                starts.insert(event.started);
                 ended += event.kind == CallEvent::Kind::Ended ? 1 : 0;
                 changed.notify_all();
             },
@@ -619,6 +621,8 @@ struct Events {
     std::mutex mutex;
     std::condition_variable changed;
     std::string text;
+    std::set<uint64_t> numbers; // of the calls
+    std::set<std::chrono::system_clock::time_point> starts;
     int ended = 0;
 };
 
@@ -632,6 +636,7 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     const auto observed = client->with(
         CallOptions().retry(policy).credentials(credentials).observer(events.observer({"X-REQUEST-ID"}, {"$top"})));
     service->script("reset 503 reset 200", *clock);
+    const auto start = clock->date();
     SchemaApi(observed).select_SchemasSchema("L", utility::string_t("SECRET"), {}, {}, {}, {}, 5).get();
     const std::string path = "select_SchemasSchema GET /base/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema "
                              "$filter=REDACTED $top=5";
@@ -644,9 +649,15 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
                                   "A " + path + " #3 0  0/0 0ms reset\n" +                //
                                   "A " + path + answer("id4") + " #4 200 id4 0/0 0ms\n" + //
                                   "E " + path + answer("id4") + " #4 200 id4 0/2 3500ms\n");
+    EXPECT_EQ(events.numbers.size(), 1U);
+    EXPECT_EQ(events.starts, std::set{start});
     service->script("404", *clock);
     EXPECT_EQ(endOf("call PUT", observed), "answer 404");
-    EXPECT_NE(events.take(1).find("E  PUT /base/x q=REDACTED"), std::string::npos);
+    const std::string put = events.take(1);
+    EXPECT_NE(put.find("E  PUT /base/x q=REDACTED"), std::string::npos);
+    EXPECT_EQ(std::count(put.begin(), put.end(), '\n'), 3);
+    EXPECT_NE(put.rfind(" 5/"), std::string::npos) << put;
+    EXPECT_EQ(events.numbers.size(), 2U);
     service->script("own", *clock);
     EXPECT_EQ(endOf("insert", observed), "own");
     EXPECT_NE(events.take(1).find("E insert_ListsListGroup POST"), std::string::npos);

@@ -19,6 +19,7 @@ import tempfile
 import termios
 import time
 import unicodedata
+import urllib.parse
 import urllib.request
 
 PROGRAM, REPOSITORY, GROUP = sys.argv[1:4]
@@ -210,6 +211,8 @@ def verbs(repository):
         ("varnel-forms list nonsense", 2, "=", "no family .nonsense.*issues", unsent),
         ("varnel-forms list issues --all --top 3", 2, "=", "exclude each other", unsent),
         ("varnel-forms list issues --class No_Such_1 --jq length", 0, 0, "="),
+        ("varnel-forms list issues --filter-settings a=b --jq length", 0, 3, "=",
+         {"then": lambda r: "api.filtersettings=a=b" in urllib.parse.unquote(r.requests()[0]["query"])}),
         ("varnel-forms list issues --jq '-(length)'", 0, -3, "="),
         ("varnel-forms list issues --filter -v", 1, "=", "expected a property name.*--dry-run"),
         ("varnel-forms list issues --filter -v --order -v --jq -v", 2, "=", "jq does not understand -v", unsent),
@@ -319,7 +322,8 @@ def verbs(repository):
         ("varnel-forms export issues --to no/where.csv", 1, "=", "can't be made", unsent),
         ("varnel-forms export issues --to half.csv --location many --retries 0", 5, "=", "503",
          {"faults": [{"operation": "list", "first": 2, "status": 503}], "then": lambda r: not list(SCRATCH.glob("half*"))}),
-        ("varnel-forms api GET 'DynamicSchema/Attachment/A-2/$file' --header 'Accept: application/octet-stream' | wc -c", 0, 300000, "="),
+        ("varnel-forms api GET 'DynamicSchema/Attachment/A-2/$file' --header 'Accept: application/octet-stream' | wc -c", 0, 300000, "=",
+         {"then": lambda r: ["Accept", "application/octet-stream"] in r.requests()[0]["headers"]}),
         ("varnel-forms api GET 'DynamicSchema/Defect/$count' --jq .instances[0].properties.count", 0, 2, "="),
         ("varnel-forms api GET '/sv1.2/Repositories/Varnel.Forms--{location}/DynamicSchema/Defect' --query '$top=1' --jq '.instances|length'",
          0, 1, "="),
@@ -482,7 +486,7 @@ def credentials(repository):
         (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": " \n"}),
         (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": "é"}),
         (ask + "-v --token-file token --header 'X-Mine: s3cret'", 0, None,
-         lambda text: quiet(text) and "> Authorization: REDACTED" in text and "> X-Mine: REDACTED" in text and "< 200" in text),
+         lambda text: quiet(text) and "> User-Agent: varnel-forms/" in text and "> Authorization: REDACTED" in text and "> X-Mine: REDACTED" in text and "< 200" in text),
         ("varnel-forms api GET x -v --query 'api_key=s3cret' --query a=b", 4, "=", lambda text: quiet(text) and "a=b" in text),
         (ask + "-n --token-file token", 0, lambda text: quiet(text) and "Authorization: REDACTED" in text, "=", {"sent": []}),
         # Profiles.
@@ -578,6 +582,9 @@ def manners(repository):
         expect(f"Ctrl-C in {name}", f"exit code {code} after {took:.2f} s", code == 130 and took < 3, text)
         left = [path.name for path in SCRATCH.glob("gone*") if path.suffix != ".json"]
         expect(f"Ctrl-C in {name}", "half a file", not left, left)
+    rows(repository, [
+        (f"timeout --preserve-status -s {name} 0.8 varnel-forms list issues", 128 + number, "=", "=",
+         {"faults": [{"operation": "list", "isStall": True, "times": 0}]}) for name, number in [("INT", 2), ("TERM", 15)]])
     repository.control("DELETE", "faults")
 
 
@@ -618,7 +625,9 @@ def help_and_demo(repository):
     # Completion: what the program says, and what shells make of it.
     expect("completion", "of nothing of the service where there is none",
            run(there, "varnel-forms complete list issues --class ''", env={"VARNEL_FORMS_URL": "http://127.0.0.1:1"})[:2] == (0, ""))
-    for words, wanted in [("''", {"list", "api", "profile"}), ("list ''", {"issues", "comments"}), ("profile ''", {"add", "use"}),
+    run(there, "varnel-forms profile add shelf --url http://127.0.0.1:1")
+    for words, wanted in [("list --profile ''", {"shelf"}), ("profile remove ''", {"shelf"}), ("list issues --select id,", {"id,Status"}),
+                          ("list issues --add-column ''", {"Floor"}), ("''", {"list", "api", "profile"}), ("list ''", {"issues", "comments"}), ("profile ''", {"add", "use"}),
                           ("list issues --class ''", {"Defect", "Observation"}), ("list issues --columns id,_S", {"id,_Subject", "id,Floor"}),
                           ("list issues --order -", {"-Floor"}), ("list issues -o ''", {"csv"}), ("list issues --a", {"--all", "--url"}),
                           ("completion ''", {"zsh"}), (f"--url {given['VARNEL_FORMS_URL']} list comments --columns ''", {"Text"})]:

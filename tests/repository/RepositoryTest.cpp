@@ -104,6 +104,11 @@ TEST_F(RepositoryTest, RecordsBelongToTheirInstance) {
     m_client.insertId("DynamicSchema/BaseClass/" + issue + "/Attachment", {{"Name", "b"}});
     m_client.insertId("DynamicSchema/Issue/" + other + "/Attachment", {{"Name", "c"}});
     m_client.insertId("DynamicSchema/Attachment/" + first + "/_Comment", {{"Text", "on a"}});
+    const std::vector<std::string> kinds{"File", "_Comment", "_ExternalFile"};
+    for (const std::string& kind : kinds) {
+        m_client.insertId("DynamicSchema/Issue/" + issue + "/" + kind);
+        EXPECT_EQ(m_client.list("DynamicSchema/Issue/" + issue + "/" + kind).size(), 1U) << kind;
+    }
 
     EXPECT_EQ(m_client.listed("DynamicSchema/Issue/" + issue + "/Attachment", "Name"), Json({"a", "b"}));
     EXPECT_EQ(m_client.listed("DynamicSchema/Issue/" + issue + "/Attachment?$filter=Name%20eq%20'b'", "Name"),
@@ -117,7 +122,9 @@ TEST_F(RepositoryTest, RecordsBelongToTheirInstance) {
 
     EXPECT_EQ(m_client.send("DELETE", "DynamicSchema/Issue/" + issue + "/").status, 204);
     EXPECT_EQ(m_client.listed("DynamicSchema/Attachment", "Name"), Json({"c"}));
-    EXPECT_EQ(m_client.listed("DynamicSchema/_Comment", "Text"), Json::array());
+    for (const std::string& kind : kinds) {
+        EXPECT_EQ(m_client.list("DynamicSchema/" + kind), Json::array()) << kind;
+    }
     for (const std::string& path :
          {"DynamicSchema/Issue/" + issue + "/Attachment", "DynamicSchema/Issue/" + other + "/Nothing"}) {
         EXPECT_EQ(m_client.send("GET", path).status, 404) << path;
@@ -299,6 +306,7 @@ TEST_F(QueryTest, Filters) {
              {"n gt 2", {2, 3}},
              {"n ge 2.5", {2, 3}},
              {"n lt 25e-1", {1}},
+             {"n gt 1E+0 and n lt 0.3e+1", {1, 3}},
              {"n le 2.0", {1}},
              {"n eq -2", Json::array()},
              {"n eq '10'", Json::array()},

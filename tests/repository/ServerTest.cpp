@@ -222,11 +222,15 @@ TEST_F(FaultTest, SpoilsWhatIsSent) {
                                   fault.truncateAfter = 10;
                               }).second;
     EXPECT_EQ(reset.back(), '!') << reset; // what came before may be lost with it
+    EXPECT_EQ(m_server.requests().back().status, 200) << "there was one to be cut";
     m_server.inject(faultOf([](Fault& fault) { fault.isReset = true; }));
     const RawConnection connection(m_server.port());
     connection.say(request("GET", path));
     EXPECT_EQ(connection.hear(), "!");
     EXPECT_EQ(m_server.requests().back().status, 0);
+
+    EXPECT_EQ(heard([](Fault& fault) { fault.status = 304; }).first,
+              "HTTP/1.1 304 Not Modified\r\nConnection: close\r\n\r\n");
 
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(heard([](Fault& fault) {
@@ -429,7 +433,8 @@ TEST(OrderTest, SeedsAreWrittenByHandAndRefusedAsAWhole) {
         "classes": [{"location": "here", "schemaName": "S", "className": "Small", "base": "Big"}],
         "instances": [
             {"location": "here", "schemaName": "S", "className": "Big", "instanceId": "b", "properties": {"n": 1, "x": null}},
-            {"location": "here", "schemaName": "S", "className": "Small", "properties": {"n": 2}, "file": "aGFsbG8="},
+            {"location": "here", "schemaName": "S", "className": "Small", "properties": {"n": 2}, "file": "aGFsbG8=",
+             "owner": null, "eTag": null, "instanceId": null},
             {"location": "here", "schemaName": "S", "className": "Note", "owner": "b"}],
         "relationships": [{"location": "here", "schemaName": "S", "className": "R", "source": "b", "target": "b"}]})");
     EXPECT_EQ(client.listed("S/Big!poly", "n"), Json({1, 2}));
@@ -1141,6 +1146,11 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     const std::string first = page("?location=many&class=S.C");
     EXPECT_TRUE(has(first, "Page 1 of 3, 120 instances") && has(first, "number 49<") && !has(first, "number 50<") &&
                 has(first, "page=2") && !has(first, "Previous"));
+    const std::string second = page("?location=many&class=S.C&page=2");
+    for (const char* part : {"page=1\">First", "page=1\">Previous", "Page 2 of 3", "page=3\">Next", "page=3\">Last",
+                             "number 50<", "number 99<"}) {
+        EXPECT_TRUE(has(second, part)) << part;
+    }
     const std::string last = page("?location=many&class=S.C&page=99");
     EXPECT_TRUE(has(last, "Page 3 of 3") && has(last, "number 119") && has(last, "page=2") && !has(last, "Next"));
     EXPECT_TRUE(has(page("?location=many&class=S.C&page=-1"), "Page 1 of 3"));
