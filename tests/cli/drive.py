@@ -49,7 +49,9 @@ SEED = {"instances": [
     record("Attachment", "A-1", "I-1", {"Name": "../../note.txt"}, file="aGVsbG8K"),
     record("Attachment", "A-2", "I-1", {"Name": "big.bin"}, file="A" * 400000),
     {**issue(1, _Subject="a\rb", Text="q\"\\\n\t\x01\x7f\u0085é", Big=18446744073709551615, Small=5e-324,
-             Marks="a\nb\rc\td \x7f \x85 \u200e \u2028 \u202e \u2066 é \U0001f600", **{"Dotted.name": "d"}), "location": "odd"},
+             Marks="a\nb\rc\td \x7f \x85 \u200e \u2028 \u202e \u2066 é \U0001f600", **{"Dotted.name": "d"},
+             Dates="2026-12-01 17:00:00Z", Later="2026-12-01T17:00:00.5Z", Never="2026-13-41T12:00:00Z", Bare="2026-12-01T17:00:00"),
+     "location": "odd"},
     {**record("Attachment", "O-1", "I-1", {"Name": ".profile"}, file="aA=="), "location": "odd"},
 ] + [{"location": "many", "schemaName": "DynamicSchema", "className": "Defect", "instanceId": f"M-{n:03}",
       "properties": {"_Subject": f"Number {n}"}} for n in range(230)]}
@@ -275,6 +277,11 @@ def verbs(repository):
         ("varnel-forms update issues I-1 --set Floor:=7", 6, "=", "409.*somebody else changed it",
          {"faults": [{"operation": "get", "status": 200, "headers": [["Content-Type", "application/json"]],
                       "body": '{"instance": {"instanceId": "I-1", "eTag": "old", "properties": {"Floor": 1}}}'}]}),
+        # What is as it is wanted to be is not sent: somebody else may just have changed it.
+        ("varnel-forms update issues I-1 --set Status=Late --set Floor:=1", 0, None, "Status: .* -> Late",
+         {"faults": [{"operation": "get", "status": 200, "headers": [["Content-Type", "application/json"]],
+                      "body": '{"instance": {"instanceId": "I-1", "properties": {"Floor": 1}}}'}],
+          "then": holds("I-1", Status="Late", Floor=None)}),
         ("varnel-forms update comments C-1 --set Author:=null", 2, "=", "Author can't be removed"),
         ("varnel-forms get issues I-2 > i.json; sed -i s/Open/Shut/ i.json; varnel-forms update issues I-2 -f i.json", 0,
          None, "Status: Open -> Shut", {"then": holds("I-2", Status="Shut", Nested={"a": {"b": 7}})}),
@@ -381,6 +388,9 @@ def outputs(repository):
         (40, "a narrow table", table, lambda text: "_Subject" in text and "Not shown:" in text),
         (80, "JSON when it is asked for", table + "-o json", lambda text: json.loads(text)[0]["properties"]["_DueDate"] == "2026-12-01T17:00:00Z"),
         (40, "an instance", "varnel-forms get issues I-1", lambda text: "_DueDate  2026-12-01 19:00" in text),
+        (80, "dates and what is none", "varnel-forms get issues I-1 --location odd --columns Dates,Later,Never,Bare", lambda text: [
+            line.split(maxsplit=1)[1] for line in text.splitlines()] == ["2026-12-01 17:00:00Z", "2026-12-01 19:00",
+                                                                         "2026-13-41T12:00:00Z", "2026-12-01T17:00:00"]),
         (40, "a long word", "varnel-forms get issues I-2", lambda text: "Nested" in text),
         (80, "a change", "varnel-forms update issues I-3 --set Status=Open", lambda text: text == "Updated issue I-3:\n  Status: Closed -> Open\n"),
     ]:
@@ -426,6 +436,7 @@ def failures(repository):
                  (502, 5, "try again later"), (503, 5, "try again later, or with more"), (504, 5, "try again later")]]
     table += [
         (f"varnel-forms get issues I-1{once}", 5, "=", sentence("Reading issue I-1 failed", "try again"), fault(isReset=True)),
+        (f"varnel-forms list issues -v{once}", 5, None, r"\n< .+ \(\d+ ms\)\nvarnel-forms: Listing", fault(isReset=True)),
         (f"varnel-forms list issues --timeout 0.5{once}", 5, None, sentence("no answer in time", "--timeout"), fault(isStall=True)),
         (f"varnel-forms list issues --url http://127.0.0.1:1{once}", 5, None, sentence("no connection", "check --url")),
         ("varnel-forms list issues --url nonsense", 2, "=", sentence("no URL of a service")),

@@ -71,7 +71,9 @@ TEST_F(ErrorsTest, TellRefusalsInTheServicesWords) {
     EXPECT_EQ(sentence(Reply::json(R"({"errorMessage":"m"})", 400, "Bad")), "It failed with status 400 (Bad): m");
     EXPECT_EQ(sentence(Reply::json(R"({"other":1})", 400, "Bad")), "It failed with status 400 (Bad)");
     EXPECT_EQ(Failure(failureBy(Reply::json(R"({"other":1})", 400, "Bad"))).payload(), nullptr);
-    EXPECT_EQ(Failure(failureBy(Reply::json(R"({"errorId":"E"})", 400, "Bad"))).payload()->getErrorId(), "E");
+    const Failure lone(failureBy(Reply::json(R"({"errorId":"E"})", 400, "Bad")));
+    ASSERT_NE(lone.payload(), nullptr);
+    EXPECT_EQ(lone.payload()->getErrorId(), "E");
     EXPECT_EQ(sentence(Reply::json(R"({"errorId":"E"})", 400, "Bad")), "It failed with status 400 (Bad)");
     EXPECT_EQ(sentence(Reply::of(502, "Bad", "Content-Type: text/html\r\n", "<p>")), "It failed with status 502 (Bad)");
     EXPECT_EQ(sentence(Reply::json("[1]", 400, "Bad")), "It failed with status 400 (Bad)");
