@@ -331,7 +331,8 @@ def verbs(repository):
          {"faults": [{"operation": "list", "first": 2, "status": 503}], "then": lambda r: not list(SCRATCH.glob("half*"))}),
         ("varnel-forms api GET 'DynamicSchema/Attachment/A-2/$file' --header 'Accept: application/octet-stream' | wc -c", 0, 300000, "=",
          {"then": lambda r: ["Accept", "application/octet-stream"] in r.requests()[0]["headers"]}),
-        ("varnel-forms api GET 'DynamicSchema/Defect/$count' --jq .instances[0].properties.count", 0, 2, "="),
+        ("varnel-forms api GET 'DynamicSchema/Defect/$count' --jq .instances[0].properties.count", 0, 2, "=",
+         {"then": lambda r: ["Accept", "application/json"] in r.requests()[0]["headers"]}),
         ("varnel-forms api GET '/sv1.2/Repositories/Varnel.Forms--{location}/DynamicSchema/Defect' --query '$top=1' --jq '.instances|length'",
          0, 1, "="),
         ("varnel-forms api POST DynamicSchema/BaseClass/I-1/ -f - --jq .changedInstance.change", 0, "=Modified\n", "=",
@@ -387,6 +388,7 @@ def outputs(repository):
         (80, "a table", table, lambda text: "I-1  Defect" in text and "2026-12-01 19:00" in text and "…" not in text),
         (40, "a narrow table", table, lambda text: "_Subject" in text and "Not shown:" in text),
         (80, "JSON when it is asked for", table + "-o json", lambda text: json.loads(text)[0]["properties"]["_DueDate"] == "2026-12-01T17:00:00Z"),
+        (80, "what jq gives", "varnel-forms list issues --jq '.[0].instanceId, \"a\\nb\\u001b\"'", lambda text: text == "I-1\na\nb\ufffd\n"),
         (40, "an instance", "varnel-forms get issues I-1", lambda text: "_DueDate  2026-12-01 19:00" in text),
         (80, "dates and what is none", "varnel-forms get issues I-1 --location odd --columns Dates,Later,Never,Bare", lambda text: [
             line.split(maxsplit=1)[1] for line in text.splitlines()] == ["2026-12-01 17:00:00Z", "2026-12-01 19:00",
