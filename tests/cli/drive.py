@@ -438,6 +438,8 @@ def failures(repository):
                  (502, 5, "try again later"), (503, 5, "try again later, or with more"), (504, 5, "try again later")]]
     table += [
         (f"varnel-forms get issues I-1{once}", 5, "=", sentence("Reading issue I-1 failed", "try again"), fault(isReset=True)),
+        (f"varnel-forms list issues{once}", 1, None, sentence("(Bad Request): It is gone (You took it.); check what you gave"),
+         fault(operation="list", status=400, body='{"errorMessage": "It is gone.", "errorDescription": "You took it."}')),
         (f"varnel-forms list issues -v{once}", 5, None, r"\n< .+ \(\d+ ms\)\nvarnel-forms: Listing", fault(isReset=True)),
         (f"varnel-forms list issues --timeout 0.5{once}", 5, None, sentence("no answer in time", "--timeout"), fault(isStall=True)),
         (f"varnel-forms list issues --url http://127.0.0.1:1{once}", 5, None, sentence("no connection", "check --url")),
