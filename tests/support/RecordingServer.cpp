@@ -206,25 +206,26 @@ void RecordingServer::serve(Socket connection) {
 }
 
 bool RecordingServer::readRequest(Socket connection, std::string& buffer, Request& request) {
-    // What it is if nothing more comes is told before the close is: who waits for that takes the errors next.
-    const auto readMore = [&](const std::string& otherwise) {
+    const auto readMore = [&] {
         char block[16384];
-        const Size size = waitFor(connection, POLLIN, patience) ? recv(connection, block, sizeof(block), 0) : -1;
-        if (size > 0) {
-            buffer.append(block, static_cast<std::size_t>(size));
-            return true;
+        if (!waitFor(connection, POLLIN, patience)) {
+            return false;
         }
-        if (!otherwise.empty()) {
-            error(otherwise);
+        const Size size = recv(connection, block, sizeof(block), 0);
+        buffer.append(block, size > 0 ? static_cast<std::size_t>(size) : 0);
+        if (size == 0) {
+            const std::lock_guard<std::mutex> lock(m_Mutex);
+            ++m_Closed;
+            m_Arrived.notify_all();
         }
-        const std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Closed += size == 0 ? 1 : 0;
-        m_Arrived.notify_all();
-        return false;
+        return size > 0;
     };
     std::size_t end = 0;
     while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
-        if (!readMore(buffer.empty() ? "" : "a request broke off: " + buffer)) {
+        if (!readMore()) {
+            if (!buffer.empty()) {
+                error("a request broke off: " + buffer);
+            }
             return false;
         }
     }
@@ -254,7 +255,8 @@ bool RecordingServer::readRequest(Socket connection, std::string& buffer, Reques
             size -= buffer.size();
             buffer.clear();
         }
-        if (!readMore("a request's body broke off")) {
+        if (!readMore()) {
+            error("a request's body broke off");
             return false;
         }
     }
