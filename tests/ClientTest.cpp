@@ -473,8 +473,11 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
     const std::string port = server.origin().substr(server.origin().rfind(':'));
     server.reply(Reply::redirect(307, "http://127.1" + port + "/base/x"));
     server.reply(Reply::of(200, "OK", "", ""));
-    call("/old", "GET", {}, nullptr, privates).get();
+    Texts described = privates;
+    described["Content-Type"] = "t/t";
+    call("/old", "GET", {}, nullptr, described).get();
     const Request named = server.requests().back();
+    EXPECT_EQ(named.header("Content-Type"), "t/t");
     EXPECT_EQ(named.header("Host"), "127.1" + port);
     EXPECT_FALSE(named.has("Authorization") || named.has("X-Private") || named.has("Cookie"));
 }
@@ -547,6 +550,10 @@ TEST_F(ClientTest, StopsRedirectsAtTheLimitAndInLoops) {
     EXPECT_EQ(statusAfter(10, 1, ""), 302);
     server.reply(Reply::of(302, "Found", "", ""));
     EXPECT_EQ(call("/0", "GET").get().status_code(), 302);
+    for (const int status : {201, 300, 305, 306}) {
+        server.reply(Reply::redirect(status, "/base/1"));
+        EXPECT_EQ(call("/0", "GET").get().status_code(), status);
+    }
 }
 
 } // namespace

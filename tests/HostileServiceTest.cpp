@@ -284,6 +284,9 @@ TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
         // It is restarted by each block of 64 KB, not by each byte.
         {"dripping header", Reply::raw(ok + "X: ").then(100ms, "x", 150), file, broken},
         {"dripping body", Reply::raw(length).then(100ms, " ", 150), download, broken},
+        {"dripping after a block",
+         Reply::raw(ok + "Content-Length: 99999\r\n\r\n" + std::string(70000, 'x')).then(100ms, " ", 150), download,
+         broken},
         {"dripping without length", Reply::raw(ok + "\r\n").then(100ms, " ", 150), download, broken},
         // Another host, for which the settings are made anew.
         {"silence elsewhere", Reply::redirect(302, other.url() + "/x"), file, broken}};
@@ -389,6 +392,8 @@ TEST_F(HostileServiceTest, OddMediaTypes) {
     const std::string json = "application/json", half("\0\"\xD8\0\0\"", 6);
     const Row rows[] = {{json + "; charset=utf-8; version=1", utf8, read},
                         {json + ";;;", utf8, read},
+                        {json + "; charset=iso-8859-1;version=1", name + "\xFC\"}}}", read},
+                        {json + "; version=1;\tCHARSET=iso-8859-1\t", name + "\xFC\"}}}", read},
                         {json + "; charset=", utf8, read},
                         {json + "; charset=\"", utf8, read},
                         {json + "; charset=klingon", utf8, read},

@@ -100,6 +100,21 @@ TEST(Texts, AreWrittenAsTheTreeWritesThem) {
                 << byte << " at " << place;
         }
     }
+    // What was set to nothing, and lists that grow.
+    DynamicSchemaBaseClass nothing;
+    for (const auto set : {&DynamicSchemaBaseClass::setCreatedDate, &DynamicSchemaBaseClass::setModifiedDate,
+                           &DynamicSchemaBaseClass::setDueDate, &DynamicSchemaBaseClass::setModelEventDateTime}) {
+        (nothing.*set)({});
+    }
+    nothing.setModelViewDefinition(nullptr);
+    nothing.setModelPinLocation(nullptr);
+    nothing.setCustomProp(_XPLATSTR("own"), web::json::value::null());
+    EXPECT_EQ(detail::writeText(nothing), utility::conversions::to_utf8string(nothing.toJson().serialize()));
+    DynamicSchemaBaseClassInstances many;
+    for (int i = 0; i < 300; ++i) {
+        many.getInstances().push_back(i % 7 == 0 ? nullptr : std::make_shared<DynamicSchemaBaseClassInstanceContent>());
+    }
+    EXPECT_EQ(detail::writeText(many), utility::conversions::to_utf8string(many.toJson().serialize()));
     // And numbers as it does on Linux, on Windows too: its C library writes exponents of three digits.
     const std::pair<double, const char*> numbers[] = {{0.1, "0.10000000000000001"},
                                                       {1.0 / 3, "0.33333333333333331"},

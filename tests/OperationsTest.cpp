@@ -678,7 +678,9 @@ TEST_F(OperationsTest, RefusePathValuesThatWouldChangeThePathInTheCall) {
         messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId(text(value), text(value)); });
     }
     // A value that looks like a later placeholder is not taken for one.
-    messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId("{instanceId}"_t, "i"_t); });
+    const auto misplaced =
+        messageOf<web::uri_exception>([&] { schemaApi.get_SchemasSchema_instanceId("{instanceId}"_t, "i"_t); });
+    EXPECT_NE(misplaced.find("--{instanceId}/Schemas/Schema/i/"), std::string::npos) << misplaced;
     messageOf<web::uri_exception>([&] { schemaApi.delete_SchemasSchema_instanceId("{instanceId}"_t, "i"_t); });
     messageOf<web::uri_exception>([&] { attachmentApi.select_DynamicSchemaAttachment2("L"_t, "{issueId}"_t, "i"_t); });
     messageOf<web::uri_exception>([&] { attachmentApi.select_DynamicSchemaAttachment("{instanceID}"_t, ""_t); });

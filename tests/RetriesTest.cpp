@@ -119,6 +119,9 @@ const Scenario scenarios[] = {
     {70, "call PUT", "changes", "503~ 200", "500", 1, "answer 200"},
     {71, "file PUT", "changes", "503~ 429~ 200", "500 1000", 1, "answer 200"},
     {72, "select", "n5", "noroute netdown netreset unconnected 200", "500 1000 2000 4000", 0, "ok"},
+    {73, "delete", "", "reset malformed", "500", 0, "malformed (after 2 attempts)"},
+    {74, "insert", "changes", "reset malformed", "500", 0,
+     "malformed (after 2 attempts; an earlier one may have taken effect)"},
 };
 
 class RetriesTest : public ::testing::Test {
@@ -306,9 +309,46 @@ TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
     wrong([](RetryPolicy& policy) { policy.growth = 0.9; });
     wrong([](RetryPolicy& policy) { policy.growth = std::nan(""); });
     wrong([](RetryPolicy& policy) { policy.jitter = 1.1; });
+    wrong([](RetryPolicy& policy) { policy.jitter = -0.1; });
+    wrong([](RetryPolicy& policy) { policy.jitter = std::nan(""); });
     wrong([](RetryPolicy& policy) { policy.firstPause = -1ms; });
     wrong([](RetryPolicy& policy) { policy.longestPause = -1ms; });
     wrong([](RetryPolicy& policy) { policy.totalTime = -1ms; });
+}
+
+TEST_F(RetriesTest, WhatIsSaidLastTakesItsPlace) {
+    RetryPolicy once, twice;
+    once.attempts = 1;
+    twice.attempts = 2;
+    twice.jitter = 0;
+    pplx::cancellation_token_source open, canceled;
+    canceled.cancel();
+    const auto token = [](const char* value) {
+        return std::make_shared<Credentials>([value](auto) { return pplx::task_from_result(Token{value, {}}); });
+    };
+    const auto trace = [](char digit) {
+        return [digit] { return "00-" + std::string(32, digit) + "-" + std::string(16, digit) + "-01"; };
+    };
+    const auto end = [&](const CallOptions& first, const CallOptions& second, const char* script) {
+        clock->forget();
+        service->script(script, *clock);
+        return endOf("select", client->with(first)->with(second));
+    };
+    EXPECT_EQ(end(CallOptions().retry(once), CallOptions().retry(twice), "503 200"), "ok");
+    EXPECT_EQ(end(CallOptions().retry(twice), CallOptions().retry(once), "503"), "503");
+    EXPECT_EQ(end(CallOptions().retry(twice).deadline(100ms), CallOptions().deadline(1h), "503 200"), "ok");
+    EXPECT_EQ(end(CallOptions().retry(twice).deadline(1h), CallOptions().deadline(100ms), "503"), "503");
+    EXPECT_EQ(end(CallOptions().cancelOn(canceled.get_token()), CallOptions().cancelOn(open.get_token()), "200"), "ok");
+    EXPECT_EQ(end(CallOptions().cancelOn(open.get_token()), CallOptions().cancelOn(canceled.get_token()), ""),
+              "canceled");
+    EXPECT_EQ(end(CallOptions().credentials(token("one")).traceparent(trace('1')),
+                  CallOptions().credentials(token("two")).traceparent(trace('2')), "200"),
+              "ok");
+    const std::string sent = service->requests().back();
+    EXPECT_TRUE(sent.find("Bearer two\n") != std::string::npos && sent.find("00-2222") != std::string::npos) << sent;
+    const auto other = std::make_shared<FakeClock>();
+    EXPECT_EQ(end(CallOptions().retry(twice), CallOptions().clock(other), "503 200"), "ok");
+    EXPECT_EQ(other->pauses() + "/" + clock->pauses(), "500/");
 }
 
 TEST_F(RetriesTest, ACallThatIsCanceledInAPauseEndsAtOnce) {
@@ -379,7 +419,12 @@ struct ScriptedProvider {
             return {};
         }
         Token token;
-        token.value = word == "empty" ? "" : "SECRET-" + word.substr(0, at) + (word == "bad" ? "\r\n" : "");
+        token.value = word == "empty" ? ""
+                                      : "SECRET-" + word.substr(0, at) +
+                                            (word == "bad"    ? "\r\n"
+                                             : word == "high" ? "\x7f"
+                                                              : "");
+        token.scheme = word == "schemeless" ? "" : token.scheme;
         if (at != std::string::npos) {
             token.ends = clock->date() + std::chrono::seconds(std::stol(word.substr(at + 1)));
         }
@@ -428,6 +473,14 @@ const Authorized authorized[] = {
     {121, "select", {"302 302@http://service.test:80/ 200"}, "a", "first", "a a a", "ok"},
     {122, "select", {"302@http://other.test/ 401 200"}, "a b", "first refused", "a - b", "ok"},
     {123, "select", {"403"}, "a", "first", "a", "403"},
+    {124, "select", {""}, "high", "first", "", "the provider of credentials gave a token that no header can hold"},
+    {125,
+     "select",
+     {""},
+     "schemeless",
+     "first",
+     "",
+     "the provider of credentials gave a token that no header can hold"},
 };
 
 TEST_F(RetriesTest, TokensAreAskedForWhenTheyAreNeeded) {
@@ -552,6 +605,8 @@ struct Events {
                 }
                 const std::lock_guard<std::mutex> lock(mutex);
                 text += line + "\n";
+                numbers.insert(event.call);
+                starts.insert(event.started);
                 ended += event.kind == CallEvent::Kind::Ended ? 1 : 0;
                 changed.notify_all();
             },
@@ -566,6 +621,8 @@ struct Events {
     std::mutex mutex;
     std::condition_variable changed;
     std::string text;
+    std::set<uint64_t> numbers; // of the calls
+    std::set<std::chrono::system_clock::time_point> starts;
     int ended = 0;
 };
 
@@ -579,6 +636,7 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     const auto observed = client->with(
         CallOptions().retry(policy).credentials(credentials).observer(events.observer({"X-REQUEST-ID"}, {"$top"})));
     service->script("reset 503 reset 200", *clock);
+    const auto start = clock->date();
     SchemaApi(observed).select_SchemasSchema("L", utility::string_t("SECRET"), {}, {}, {}, {}, 5).get();
     const std::string path = "select_SchemasSchema GET /base/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema "
                              "$filter=REDACTED $top=5";
@@ -591,9 +649,15 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
                                   "A " + path + " #3 0  0/0 0ms reset\n" +                //
                                   "A " + path + answer("id4") + " #4 200 id4 0/0 0ms\n" + //
                                   "E " + path + answer("id4") + " #4 200 id4 0/2 3500ms\n");
+    EXPECT_EQ(events.numbers.size(), 1U);
+    EXPECT_EQ(events.starts, std::set{start});
     service->script("404", *clock);
     EXPECT_EQ(endOf("call PUT", observed), "answer 404");
-    EXPECT_NE(events.take(1).find("E  PUT /base/x q=REDACTED"), std::string::npos);
+    const std::string put = events.take(1);
+    EXPECT_NE(put.find("E  PUT /base/x q=REDACTED"), std::string::npos);
+    EXPECT_EQ(std::count(put.begin(), put.end(), '\n'), 3);
+    EXPECT_NE(put.rfind(" 5/"), std::string::npos) << put;
+    EXPECT_EQ(events.numbers.size(), 2U);
     service->script("own", *clock);
     EXPECT_EQ(endOf("insert", observed), "own");
     EXPECT_NE(events.take(1).find("E insert_ListsListGroup POST"), std::string::npos);

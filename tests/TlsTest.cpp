@@ -4,6 +4,9 @@
 
 #if defined(FORMS_TEST_CURL)
 #include <VarnelAPI/Forms/transport/CurlTransport.h>
+
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/stream.hpp>
 #endif
 
 #include <cstdlib>
@@ -56,6 +59,11 @@ TEST_F(TlsTest, LeavesTlsOnlyWhenAllowedAndTakesNothingPrivateEitherWay) {
     EXPECT_EQ(status(server.url()), 200);
     EXPECT_EQ(service.authorization(), "");
     EXPECT_EQ(contexts, 1) << "it may hold the authorities to trust";
+
+    service.redirectTo(server.url() + "/plain");
+    server.reply(Reply::redirect(302, service.url() + "/x"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(status(server.url()), 200) << "what is allowed is allowed elsewhere, too";
 }
 
 TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
@@ -72,7 +80,6 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     configuration->setTransport(chosenTransport());
     EXPECT_EQ(status(service.url()), 200);
     refuses(service.url("localhost")); // which its certificate does not name
-    unsetenv("SSL_CERT_FILE");
 #if defined(FORMS_TEST_CURL)
     const auto over = [this](const fs::path& ca, const fs::path& cas, transport::CurlOptions::Tls minimum) {
         transport::CurlOptions options;
@@ -84,6 +91,7 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     using Tls = transport::CurlOptions::Tls;
     over("", empty, Tls::V1_2);
     refuses(service.url());
+    unsetenv("SSL_CERT_FILE"); // whose authorities one's own take the place of
     over("", hashed, Tls::V1_3);
     EXPECT_EQ(status(service.url()), 200);
     service.speakAtMost(TLS1_2_VERSION);
@@ -95,6 +103,7 @@ TEST_F(TlsTest, KnowsTheAuthoritiesThatItIsToldOf) {
     over(file, "", Tls::V1_2);
     refuses(service.url());
 #endif
+    unsetenv("SSL_CERT_FILE");
 }
 
 TEST_F(TlsTest, ShowsTheCertificateThatItIsGiven) {
@@ -110,6 +119,30 @@ TEST_F(TlsTest, ShowsTheCertificateThatItIsGiven) {
     EXPECT_EQ(status(service.url()), 200);
     EXPECT_EQ(status(service.url()), 200);
     EXPECT_EQ(shown, 2) << "no connection is shared by who may be somebody else";
+}
+
+TEST_F(TlsTest, TellsOfTheNativeHandle) {
+    using Handle = web::http::client::native_handle;
+    auto& settings = configuration->getHttpConfig();
+    settings.set_validate_certificates(false);
+    int handles = 0;
+    settings.set_nativehandle_options([&handles](Handle) { ++handles; });
+    EXPECT_EQ(status(service.url()), 200);
+    EXPECT_EQ(handles, 1);
+#if defined(FORMS_TEST_CURL)
+    // With curl, what is told to the TLS of the handle would hold for nobody.
+    const std::function<void(SSL*)> changes[] = {[](SSL* tls) { SSL_set_options(tls, SSL_OP_NO_TLSv1_2); },
+                                                 [](SSL* tls) { SSL_set_verify(tls, SSL_VERIFY_PEER, nullptr); },
+                                                 [](SSL* tls) { SSL_set_tlsext_host_name(tls, "own.test"); }};
+    for (std::size_t i = 0; isOverCurl() && i < std::size(changes); ++i) {
+        settings.set_nativehandle_options([&change = changes[i]](Handle handle) {
+            using Stream = boost::asio::ssl::stream<boost::asio::ip::tcp::socket&>;
+            change(static_cast<Stream*>(handle)->native_handle());
+        });
+        configuration->setTransport(chosenTransport());
+        messageOf<std::invalid_argument>([this] { status(service.url()); });
+    }
+#endif
 }
 
 /// Is a proxy for one connection, to this host, and gives the header that asked for it.

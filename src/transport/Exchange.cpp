@@ -81,7 +81,8 @@ web::uri serviceAddress(const utility::string_t& text) {
         throw std::invalid_argument("the base URL \"" + utility::conversions::to_utf8string(text) +
                                     "\" has a fragment");
     }
-    return address;
+    // A name and a password there are for no server, and the HTTP library would show them to a proxy.
+    return web::uri_builder(address).set_user_info({}).to_uri();
 }
 
 pplx::task<http_response> exchange(Call call, OnResponse onResponse) {

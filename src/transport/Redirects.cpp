@@ -103,8 +103,9 @@ private:
             m_Visited.size() > m_Next.maxRedirects) {
             return {};
         }
-        // The fragment is for who reads the response: it is never sent.
-        const web::uri target = web::uri_builder(m_Visited.back().resolve_uri(location)).set_fragment({}).to_uri();
+        // The fragment is for who reads the response: it is never sent. Nor is a name with a password.
+        const web::uri target =
+            web::uri_builder(m_Visited.back().resolve_uri(location)).set_user_info({}).set_fragment({}).to_uri();
         const bool leavesTls = m_Visited.back().scheme() == _XPLATSTR("https") && target.scheme() == _XPLATSTR("http");
         const bool isHttp =
             (target.scheme() == _XPLATSTR("http") || target.scheme() == _XPLATSTR("https")) && !target.host().empty();

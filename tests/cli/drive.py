@@ -19,6 +19,7 @@ import tempfile
 import termios
 import time
 import unicodedata
+import urllib.parse
 import urllib.request
 
 PROGRAM, REPOSITORY, GROUP = sys.argv[1:4]
@@ -47,6 +48,11 @@ SEED = {"instances": [
     record("_Comment", "C-2", "I-2", {"Text": "two"}),
     record("Attachment", "A-1", "I-1", {"Name": "../../note.txt"}, file="aGVsbG8K"),
     record("Attachment", "A-2", "I-1", {"Name": "big.bin"}, file="A" * 400000),
+    {**issue(1, _Subject="a\rb", Text="q\"\\\n\t\x01\x7f\u0085é", Big=18446744073709551615, Small=5e-324,
+             Marks="a\nb\rc\td \x7f \x85 \u200e \u2028 \u202e \u2066 é \U0001f600", **{"Dotted.name": "d"},
+             Dates="2026-12-01 17:00:00Z", Later="2026-12-01T17:00:00.5Z", Never="2026-13-41T12:00:00Z", Bare="2026-12-01T17:00:00"),
+     "location": "odd"},
+    {**record("Attachment", "O-1", "I-1", {"Name": ".profile"}, file="aA=="), "location": "odd"},
 ] + [{"location": "many", "schemaName": "DynamicSchema", "className": "Defect", "instanceId": f"M-{n:03}",
       "properties": {"_Subject": f"Number {n}"}} for n in range(230)]}
 
@@ -206,6 +212,12 @@ def verbs(repository):
         ("varnel-forms list templates", 2, "=", "can't list templates", unsent),
         ("varnel-forms list nonsense", 2, "=", "no family .nonsense.*issues", unsent),
         ("varnel-forms list issues --all --top 3", 2, "=", "exclude each other", unsent),
+        ("varnel-forms list issues --class No_Such_1 --jq length", 0, 0, "="),
+        ("varnel-forms list issues --filter-settings a=b --jq length", 0, 3, "=",
+         {"then": lambda r: "api.filtersettings=a=b" in urllib.parse.unquote(r.requests()[0]["query"])}),
+        ("varnel-forms list issues --jq '-(length)'", 0, -3, "="),
+        ("varnel-forms list issues --filter -v", 1, "=", "expected a property name.*--dry-run"),
+        ("varnel-forms list issues --filter -v --order -v --jq -v", 2, "=", "jq does not understand -v", unsent),
         ("varnel-forms list issues --jq '.['", 2, "=", "jq does not understand", unsent),
         ("varnel-forms list issues --jq '.[0]|error(\"oh\")'", 1, "=", "oh"),
         # Pages: one document, whatever their number; without --all it says that there is more.
@@ -232,6 +244,11 @@ def verbs(repository):
          {"_Subject": "a=b", "Floor": 4, "Deep": {"k": [1]}}, "^Created issue \\S+\\.$"),
         (create + "--file - --set Status=New --jq .properties", 0, {"Status": "New", "Floor": 1}, "^Created",
          {"stdin": '{"properties": {"Floor": 1, "Status": "Old"}}'}),
+        (create + "--file - --jq '[.className, .properties]'", 0, ["Defect", {"Status": "S", "className": "X"}], "^Created",
+         {"stdin": '{"Status": "S", "className": "X"}'}),
+        (create + "--set Latitude:=4 --jq .properties.Latitude", 0, 4, "^Created"),
+        ("varnel-forms create comments --set CreatedDate=2026-01-31T12:00:00.000Z --jq .properties.CreatedDate", 0,
+         "^2026-01-31T12:00:00", "^Created"),
         (create + "-f given.json --jq .className", 0, "=Defect\n", "^Created"),
         ("varnel-forms create comments --of I-1 --set Text=hi --jq .properties.Text", 0, "=hi\n", "^Created comment",
          {"sent": [("POST", "/DynamicSchema/BaseClass/I-1/_Comment")]}),
@@ -243,7 +260,7 @@ def verbs(repository):
         ("varnel-forms create comments --set CreatedDate=yesterday", 2, "=", "CreatedDate", unsent),
         (create, 2, "=", "--set Name=value or --file", unsent),
         (create + "--set Floor:=x", 2, "=", "what Floor is set to is not JSON", unsent),
-        (create + "--set Floor", 2, "=", "Name=text or Name:=JSON", unsent),
+        *[(create + "--set " + wrong, 2, "=", "Name=text or Name:=JSON", unsent) for wrong in ["Floor", "=x", ":=1"]],
         (create + "--file - ", 2, "=", "standard input is not JSON", {"stdin": "{", **unsent}),
         (create + "--file nothing.json", 2, "=", "nothing.json can't be read", unsent),
         (create + "--file -", 2, "=", "one instance", {"stdin": "[1]", **unsent}),
@@ -260,6 +277,11 @@ def verbs(repository):
         ("varnel-forms update issues I-1 --set Floor:=7", 6, "=", "409.*somebody else changed it",
          {"faults": [{"operation": "get", "status": 200, "headers": [["Content-Type", "application/json"]],
                       "body": '{"instance": {"instanceId": "I-1", "eTag": "old", "properties": {"Floor": 1}}}'}]}),
+        # What is as it is wanted to be is not sent: somebody else may just have changed it.
+        ("varnel-forms update issues I-1 --set Status=Late --set Floor:=1", 0, None, "Status: .* -> Late",
+         {"faults": [{"operation": "get", "status": 200, "headers": [["Content-Type", "application/json"]],
+                      "body": '{"instance": {"instanceId": "I-1", "properties": {"Floor": 1}}}'}],
+          "then": holds("I-1", Status="Late", Floor=None)}),
         ("varnel-forms update comments C-1 --set Author:=null", 2, "=", "Author can't be removed"),
         ("varnel-forms get issues I-2 > i.json; sed -i s/Open/Shut/ i.json; varnel-forms update issues I-2 -f i.json", 0,
          None, "Status: Open -> Shut", {"then": holds("I-2", Status="Shut", Nested={"a": {"b": 7}})}),
@@ -290,7 +312,9 @@ def verbs(repository):
          "x +\\\\0 +y", "Uploaded - to", {"stdin": "x\0y"}),
         ("varnel-forms upload attachments photo.jpg --of I-2 --set Caption=c --jq .properties", 0,
          {"Name": "photo.jpg", "Caption": "c"}, "^Uploaded photo.jpg to attachment \\S+\\.$"),
-        ("varnel-forms list attachments --of I-2 --jq length", 0, 1, "="),
+        ("varnel-forms upload attachments photo.jpg --of I-2 --set Name=n --jq .properties.Name", 0, "=n\n", "^Uploaded"),
+        ("varnel-forms list attachments --of I-2 --jq length", 0, 2, "="),
+        ("varnel-forms download attachments O-1 --location odd --to in", 0, "=", "Saved in/O-1", {"then": fetched("in/O-1", b"h")}),
         ("varnel-forms upload attachments A-1 nowhere.bin", 1, "=", "Uploading nowhere.bin failed", unsent),
         ("varnel-forms upload attachments A-1 in", 1, "=", "Uploading in failed", unsent),
         ("varnel-forms upload issues I-1 photo.jpg", 2, "=", "takes no files of issues", unsent),
@@ -300,18 +324,26 @@ def verbs(repository):
          {"faults": [{"operation": "download", "truncateAfter": 1000}],
           "then": lambda r: not list(SCRATCH.glob("cut.bin*"))}),
         ("varnel-forms export issues --location many --to all.jsonl; wc -l < all.jsonl", 0, "^230\n", "Exported 230 issues to all.jsonl"),
+        ("varnel-forms export issues --to all.txt -o csv && head -n 1 all.txt", 0, "^id,class,", "Exported 3 issues to all.txt"),
         ("varnel-forms export issues --to all.txt", 2, "=", "does not say its form", unsent),
         ("varnel-forms export issues --to no/where.csv", 1, "=", "can't be made", unsent),
         ("varnel-forms export issues --to half.csv --location many --retries 0", 5, "=", "503",
          {"faults": [{"operation": "list", "first": 2, "status": 503}], "then": lambda r: not list(SCRATCH.glob("half*"))}),
-        ("varnel-forms api GET 'DynamicSchema/Attachment/A-2/$file' --header 'Accept: application/octet-stream' | wc -c", 0, 300000, "="),
-        ("varnel-forms api GET 'DynamicSchema/Defect/$count' --jq .instances[0].properties.count", 0, 2, "="),
+        ("varnel-forms api GET 'DynamicSchema/Attachment/A-2/$file' --header 'Accept: application/octet-stream' | wc -c", 0, 300000, "=",
+         {"then": lambda r: ["Accept", "application/octet-stream"] in r.requests()[0]["headers"]}),
+        ("varnel-forms api GET 'DynamicSchema/Defect/$count' --jq .instances[0].properties.count", 0, 2, "=",
+         {"then": lambda r: ["Accept", "application/json"] in r.requests()[0]["headers"]}),
         ("varnel-forms api GET '/sv1.2/Repositories/Varnel.Forms--{location}/DynamicSchema/Defect' --query '$top=1' --jq '.instances|length'",
          0, 1, "="),
         ("varnel-forms api POST DynamicSchema/BaseClass/I-1/ -f - --jq .changedInstance.change", 0, "=Modified\n", "=",
          {"stdin": '{"instance": {"properties": {"Floor": 9}}}', "then": holds("I-1", Floor=9)}),
         ("varnel-forms api DELETE DynamicSchema/BaseClass/I-1/ -i", 0, "^204 No Content\n", "="),
         ("varnel-forms api GET x --query y", 2, "=", "name=value", unsent),
+        ("varnel-forms api POST x -f given.json --set a=b", 2, "=", "either --file or --set", unsent),
+        ("varnel-forms api GET DynamicSchema/Defect --query \"\\$filter=Status eq 'a=b'\" --jq '.instances|length'", 0, 0, "="),
+        *[(f"varnel-forms list issues {wrong}", 2, "=", wrong.split()[0], unsent)
+          for wrong in ["--top 0", "--skip -1", "--timeout 0", "--retries -1", "--retries 101"]],
+        ("varnel-forms demo --port 65536", 2, "=", "--port"),
     ])
 
 
@@ -325,11 +357,20 @@ def outputs(repository):
         (table + "--columns id,Nested.a.b,eTag -o csv", 0, "=id,Nested.a.b,eTag\nI-1,,v1\nI-2,7,v2\nI-3,,v3\n", "="),
         (table + "--add-column Floor -o csv --top 1", 0, "DueDate,Floor\nI-1,.*,3\n$", "="),
         (table + "--columns id,Floor --top 2", 0, [{"id": "I-1", "Floor": 3}, {"id": "I-2", "Floor": 1}], "="),
+        (table + "--columns schema,class,Dotted.name -o csv --top 1 --location odd", 0,
+         "=schema,class,Dotted.name\nDynamicSchema,Defect,d\n", "="),
+        (table + "--columns Marks -o table --location odd", 0,
+         "=Marks\na b c d \ufffd \ufffd \ufffd \ufffd \ufffd \ufffd é \ud83d\ude00\n".encode("utf-16", "surrogatepass").decode("utf-16"), "="),
         (table + "-o jsonl", 0, lambda text: [json.loads(line)["instanceId"] for line in text.splitlines()] == ["I-1", "I-2", "I-3"], "="),
         (table + "-o jsonl --jq .instanceId", 0, "=I-1\nI-2\nI-3\n", "="),
         (table + "-o jsonl --columns id --jq .", 0, "^{\"id\":\"I-1\"}\n", "="),
         (table, 0, lambda text: json.loads(text)[1]["properties"]["_Subject"].startswith("Socket \x1b[31m"), "="),
         (table + "--filter 'Floor gt 99'", 0, [], "="),
+        (table + "--location odd --columns _Subject -o csv", 0, '=_Subject\n"a\rb"\n', "="),
+        ("varnel-forms get issues I-1 --location odd", 0,
+         lambda text: all(part in text for part in [
+             '"Big":18446744073709551615', '"Small":5e-324', r'"Text":"q\"\\\n\t\u0001\u007f\u0085é"', r'"a\u000db"']), "="),
+        (table + "--add-column AssignedTo -o table --top 1", 0, "AssignedTo", "="),
         ("varnel-forms list list-groups -o csv", 0, "=id,Name,Lists,ModifiedDate\n", "="),
         (table + "-o table", 0, "^id +class +_Subject +Status +_DueDate\nI-1 .* 2026-12-01T17:00:00Z\n", "="),
         (table + "-o table --columns id,Floor --top 1", 0, "=id   Floor\nI-1  3\n", "="),
@@ -347,7 +388,11 @@ def outputs(repository):
         (80, "a table", table, lambda text: "I-1  Defect" in text and "2026-12-01 19:00" in text and "…" not in text),
         (40, "a narrow table", table, lambda text: "_Subject" in text and "Not shown:" in text),
         (80, "JSON when it is asked for", table + "-o json", lambda text: json.loads(text)[0]["properties"]["_DueDate"] == "2026-12-01T17:00:00Z"),
+        (80, "what jq gives", "varnel-forms list issues --jq '.[0].instanceId, \"a\\nb\\u001b\"'", lambda text: text == "I-1\na\nb\ufffd\n"),
         (40, "an instance", "varnel-forms get issues I-1", lambda text: "_DueDate  2026-12-01 19:00" in text),
+        (80, "dates and what is none", "varnel-forms get issues I-1 --location odd --columns Dates,Later,Never,Bare", lambda text: [
+            line.split(maxsplit=1)[1] for line in text.splitlines()] == ["2026-12-01 17:00:00Z", "2026-12-01 19:00",
+                                                                         "2026-13-41T12:00:00Z", "2026-12-01T17:00:00"]),
         (40, "a long word", "varnel-forms get issues I-2", lambda text: "Nested" in text),
         (80, "a change", "varnel-forms update issues I-3 --set Status=Open", lambda text: text == "Updated issue I-3:\n  Status: Closed -> Open\n"),
     ]:
@@ -384,11 +429,18 @@ def failures(repository):
         return lambda text: text.startswith("varnel-forms: ") and text.count("\n") == 1 and all(part in text for part in parts)
 
     table = [(f"varnel-forms list issues{once}", code, None,
-              sentence("Listing issues failed with status", str(status), "Our own words", "; "), fault(operation="list", status=status, body=service))
-             for status, code in [(400, 1), (401, 4), (403, 4), (404, 3), (405, 1), (408, 5), (409, 6), (410, 3), (412, 6),
-                                  (418, 1), (429, 5), (500, 1), (502, 5), (503, 5), (504, 5)]]
+              sentence("Listing issues failed with status", str(status), "Our own words", "; " + advice),
+              fault(operation="list", status=status, body=service))
+             for status, code, advice in [
+                 (400, 1, "check what you gave"), (401, 4, "give a token"), (403, 4, "ask somebody"), (404, 3, "see what there is"),
+                 (405, 1, "-v shows"), (408, 5, "try again later"), (409, 6, "read it again"), (410, 3, "see what there is"),
+                 (412, 6, "read it again"), (418, 1, "-v shows"), (429, 5, "try again later"), (500, 1, "-v shows"),
+                 (502, 5, "try again later"), (503, 5, "try again later, or with more"), (504, 5, "try again later")]]
     table += [
         (f"varnel-forms get issues I-1{once}", 5, "=", sentence("Reading issue I-1 failed", "try again"), fault(isReset=True)),
+        (f"varnel-forms list issues{once}", 1, None, sentence("(Bad Request): It is gone (You took it.); check what you gave"),
+         fault(operation="list", status=400, body='{"errorMessage": "It is gone.", "errorDescription": "You took it."}')),
+        (f"varnel-forms list issues -v{once}", 5, None, r"\n< .+ \(\d+ ms\)\nvarnel-forms: Listing", fault(isReset=True)),
         (f"varnel-forms list issues --timeout 0.5{once}", 5, None, sentence("no answer in time", "--timeout"), fault(isStall=True)),
         (f"varnel-forms list issues --url http://127.0.0.1:1{once}", 5, None, sentence("no connection", "check --url")),
         ("varnel-forms list issues --url nonsense", 2, "=", sentence("no URL of a service")),
@@ -401,6 +453,12 @@ def failures(repository):
         ("varnel-forms list issues --jq length", 0, 3, "=", {"faults": [{"operation": "list", "status": 503, "times": 1}]}),
         ("varnel-forms get issues I-1 --retries 1", 0, None, "=", {"faults": [{"status": 503}], "sent": [("GET", "/DynamicSchema/BaseClass/I-1/")] * 2}),
         ("varnel-forms get issues I-1 --retries 1", 5, "=", sentence("503"), {"faults": [{"status": 503, "times": 2}]}),
+        ("varnel-forms get issues I-1", 5, "=", sentence("503"),
+         {**fault(status=503), "sent": [("GET", "/DynamicSchema/BaseClass/I-1/")] * 3}),
+        (f"varnel-forms get issues I-9{once}", 3, "=", sentence("404", "varnel-forms list issues")),
+        (f"varnel-forms api GET DynamicSchema/Defect/I-9/{once}", 3, "=", sentence("404", "check the path")),
+        ("varnel-forms list issues --url ftp://forms.test", 2, "=", sentence("no URL of a service")),
+        ("varnel-forms list issues --url 'http://forms.test/#a'", 2, "=", sentence("no URL of a service")),
         # What may have been done already is not repeated.
         ("varnel-forms create issues --set Status=x", 5, "=", sentence("503"),
          {"faults": [{"operation": "insert", "status": 503, "times": 1}], "sent": [("POST", "/DynamicSchema/BaseClass")]}),
@@ -419,7 +477,7 @@ def credentials(repository):
     other = {"VARNEL_FORMS_URL": None, "VARNEL_FORMS_LOCATION": None}
     (SCRATCH / "token").write_text("s3cret\n")
     (SCRATCH / "bad").write_text("two words")
-    (SCRATCH / "headers").write_text("X-One: 1\nAuthorization: Bearer s3cret\n")
+    (SCRATCH / "headers").write_text("X-One:  1 \n\n \nAuthorization: Bearer s3cret\n")
     profiles = SCRATCH / "config/varnel-forms/profiles.json"
     ask = "varnel-forms count issues --jq .total "
     at = f"--url {guarded.url} --location tower "
@@ -439,8 +497,11 @@ def credentials(repository):
         (ask + "--header @headers", 0, 0, "=", {"then": lambda r: header("x-one")(r) == ["1"]}),
         (ask + "--header 'authorization: Bearer s3cret'", 0, 0, "="),
         (ask + "--header nonsense", 2, "=", "Name: value"),
+        (ask + "--header ': value'", 2, "=", "Name: value"),
+        (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": " \n"}),
+        (ask + "--token-file -", 2, "=", "standard input holds no token", {"stdin": "é"}),
         (ask + "-v --token-file token --header 'X-Mine: s3cret'", 0, None,
-         lambda text: quiet(text) and "> Authorization: REDACTED" in text and "> X-Mine: REDACTED" in text and "< 200" in text),
+         lambda text: quiet(text) and "> User-Agent: varnel-forms/" in text and "> Authorization: REDACTED" in text and "> X-Mine: REDACTED" in text and "< 200" in text),
         ("varnel-forms api GET x -v --query 'api_key=s3cret' --query a=b", 4, "=", lambda text: quiet(text) and "a=b" in text),
         (ask + "-n --token-file token", 0, lambda text: quiet(text) and "Authorization: REDACTED" in text, "=", {"sent": []}),
         # Profiles.
@@ -465,8 +526,18 @@ def credentials(repository):
         ("varnel-forms profile use two && varnel-forms profile remove site && varnel-forms profile list --jq '[.[].name,.[].current]'",
          0, ["two", True], "gone", {"env": other}),
         ("varnel-forms profile remove site", 2, "=", "no profile", {"env": other}),
+        ("varnel-forms profile use site", 2, "=", "no profile", {"env": other}),
         ("varnel-forms profile add x", 2, "=", "--url", {"env": other}),
         ("varnel-forms profile remove two", 0, "=", "gone", {"env": other}),
+        (ask, 2, "=", "nothing says where the service is", {"env": other}),
+        # Of one origin is what has the same scheme, host and port, however they are written.
+        *[(ask + f"-n --url {url}", 0, lambda text, same=same: ("Authorization" in text) == same, "=",
+           {"env": {"VARNEL_FORMS_TOKEN": "s3cret", "VARNEL_FORMS_URL": "https://forms.test/a"}}) for url, same in [
+               ("https://FORMS.test:443", True), ("https://forms.test/b", True), ("http://forms.test", False),
+               ("https://forms.test:444", False), ("https://other.test", False)]],
+        ("varnel-forms api GET x -v --query design=plain " + " ".join(f"--query {name}=s3cret" for name in [
+            "X-Authorization", "cookie", "access_token", "client_secret", "Password", "sort-key", "signature", "sig"]), 4, "=",
+         lambda text: quiet(text) and "design=plain" in text),
     ])
     # What is in the list of processes, and what is asked for at a terminal.
     stalled = subprocess.Popen([PROGRAM, "list", "issues", "--header", "X-A: s3cret", "--header=X-B: s3cret", "--url", guarded.url,
@@ -497,7 +568,8 @@ def manners(repository):
             ("count issues", "^GET .*/\\$count\n"),
             ("api PUT a/b --set c=d", '(?s)^PUT .*/a/b\n.*"c": "d"'),
         ]] + [("varnel-forms list issues -v --jq length", 0, 3, "^> GET http.*\\n(> .*\\n)+< 200 OK \\(\\d+ ms\\)\n")])
-    for keys, code, isThere in [("n\n", 1, True), ("\n", 1, True), ("y\n", 0, False)]:
+    for keys, code, isThere in [("n\n", 1, True), ("\n", 1, True), ("y\n", 0, False), ("Y\n", 0, False), ("yes\n", 0, False)]:
+        repository.afresh()
         got, text, _ = on_terminal(repository, "varnel-forms delete issues I-3", keys=keys)
         expect(f"delete answered {keys!r}", "what came of it", got == code and "Delete issue I-3? [y/N]" in text and
                (run(repository, "varnel-forms get issues I-3")[0] == 0) == isThere, got, text)
@@ -525,6 +597,9 @@ def manners(repository):
         expect(f"Ctrl-C in {name}", f"exit code {code} after {took:.2f} s", code == 130 and took < 3, text)
         left = [path.name for path in SCRATCH.glob("gone*") if path.suffix != ".json"]
         expect(f"Ctrl-C in {name}", "half a file", not left, left)
+    rows(repository, [
+        (f"timeout --preserve-status -s {name} 0.8 varnel-forms list issues", 128 + number, "=", "=",
+         {"faults": [{"operation": "list", "isStall": True, "times": 0}]}) for name, number in [("INT", 2), ("TERM", 15)]])
     repository.control("DELETE", "faults")
 
 
@@ -565,7 +640,9 @@ def help_and_demo(repository):
     # Completion: what the program says, and what shells make of it.
     expect("completion", "of nothing of the service where there is none",
            run(there, "varnel-forms complete list issues --class ''", env={"VARNEL_FORMS_URL": "http://127.0.0.1:1"})[:2] == (0, ""))
-    for words, wanted in [("''", {"list", "api", "profile"}), ("list ''", {"issues", "comments"}), ("profile ''", {"add", "use"}),
+    run(there, "varnel-forms profile add shelf --url http://127.0.0.1:1")
+    for words, wanted in [("list --profile ''", {"shelf"}), ("profile remove ''", {"shelf"}), ("list issues --select id,", {"id,Status"}),
+                          ("list issues --add-column ''", {"Floor"}), ("''", {"list", "api", "profile"}), ("list ''", {"issues", "comments"}), ("profile ''", {"add", "use"}),
                           ("list issues --class ''", {"Defect", "Observation"}), ("list issues --columns id,_S", {"id,_Subject", "id,Floor"}),
                           ("list issues --order -", {"-Floor"}), ("list issues -o ''", {"csv"}), ("list issues --a", {"--all", "--url"}),
                           ("completion ''", {"zsh"}), (f"--url {given['VARNEL_FORMS_URL']} list comments --columns ''", {"Text"})]:

@@ -68,7 +68,13 @@ TEST_F(ErrorsTest, TellRefusalsInTheServicesWords) {
     EXPECT_EQ(sentence(Reply::json(R"({"errorDescription":"d"})", 400, "Bad")), "It failed with status 400 (Bad): d");
     EXPECT_EQ(sentence(Reply::json(R"({"errorMessage":"d","errorDescription":"d"})", 400, "Bad")),
               "It failed with status 400 (Bad): d");
+    EXPECT_EQ(sentence(Reply::json(R"({"errorMessage":"m"})", 400, "Bad")), "It failed with status 400 (Bad): m");
     EXPECT_EQ(sentence(Reply::json(R"({"other":1})", 400, "Bad")), "It failed with status 400 (Bad)");
+    EXPECT_EQ(Failure(failureBy(Reply::json(R"({"other":1})", 400, "Bad"))).payload(), nullptr);
+    const Failure lone(failureBy(Reply::json(R"({"errorId":"E"})", 400, "Bad")));
+    ASSERT_NE(lone.payload(), nullptr);
+    EXPECT_EQ(lone.payload()->getErrorId(), "E");
+    EXPECT_EQ(sentence(Reply::json(R"({"errorId":"E"})", 400, "Bad")), "It failed with status 400 (Bad)");
     EXPECT_EQ(sentence(Reply::of(502, "Bad", "Content-Type: text/html\r\n", "<p>")), "It failed with status 502 (Bad)");
     EXPECT_EQ(sentence(Reply::json("[1]", 400, "Bad")), "It failed with status 400 (Bad)");
     EXPECT_EQ(sentence(Reply::of(200, "OK", "Content-Type: text/html\r\n", "<p>")),
@@ -101,8 +107,19 @@ TEST_F(ErrorsTest, TellWhatBecameOfTheConnection) {
     source.cancel();
     client = client->with(transport::CallOptions().cancelOn(source.get_token()));
     EXPECT_EQ(troubleOf(failureAt(server.url())), "The call failed: it was canceled");
-    const auto unknown = std::make_exception_ptr(web::http::http_exception(1, "Error resolving address"));
-    EXPECT_EQ(troubleOf(unknown), "The call failed: no host of that name is known");
+    const auto unreached = "The call failed: no connection to the service could be made (for now)";
+    const auto broken = "The call failed: the connection broke off (for now)";
+    for (const auto& [code, sentence] : std::vector<std::pair<int, std::string>>{
+             {1, "The call failed: no host of that name is known"}, // as the resolver says it
+             {2, unreached},
+             {EHOSTUNREACH, unreached},
+             {ENETUNREACH, unreached},
+             {ECONNRESET, broken},
+             {ECONNABORTED, broken},
+             {EPIPE, broken},
+             {EPROTO, "The call failed: odd (for now)"}}) {
+        EXPECT_EQ(troubleOf(std::make_exception_ptr(web::http::http_exception(code, "odd"))), sentence) << code;
+    }
 }
 
 TEST_F(ErrorsTest, TellOfAnyOtherException) {

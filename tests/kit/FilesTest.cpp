@@ -136,6 +136,7 @@ TEST_F(FilesTest, HaveNamesBothWays) {
              {"attachment; filename=x; filename*=UTF-8''%4", "x"},
              {"attachment; filename=x; filename*=latin1''%E4", "x"},
              {"attachment; filename=x; filename*=", "x"},
+             {"attachment; filename=x; filename*=UTF-8'%C3%A4", "x"},
              {"attachment; filename=\"../../etc/passwd\"", "passwd"},
              {"attachment; filename*=UTF-8''..%5Cevil.exe", "evil.exe"},
              {"attachment; filename=\"..\"", ""},

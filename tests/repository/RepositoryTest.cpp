@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <regex>
 #include <set>
 #include <tuple>
+
+#include <zlib.h>
 
 namespace repository_test {
 namespace {
@@ -21,6 +24,8 @@ TEST_F(RepositoryTest, InstanceLivesFromInsertToDelete) {
     EXPECT_EQ(content["properties"].dump(), R"({"_Subject":"Grün 雪","Zulu":1,"Alpha":{"k":[true,null]}})");
 
     const std::string id = content["instanceId"];
+    EXPECT_TRUE(std::regex_match(id, std::regex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}")))
+        << id;
     EXPECT_EQ(m_client.get("DynamicSchema/Issue/" + id + "/"), (Json{{"instance", content}}));
     EXPECT_EQ(m_client.get("DynamicSchema/Issue/" + id), (Json{{"instances", {content}}}));
 
@@ -42,7 +47,7 @@ TEST_F(RepositoryTest, InstanceLivesFromInsertToDelete) {
 }
 
 TEST_F(RepositoryTest, NoBodyIsAnInstanceWithoutProperties) {
-    for (const char* body : {"", "null"}) {
+    for (const char* body : {"", "null", R"({"instance":{}})", R"({"instance":{"properties":null,"eTag":null}})"}) {
         const Answer answer = m_client.send("POST", "DynamicSchema/BaseClass", body);
         EXPECT_EQ(answer.status, 201) << body;
         EXPECT_EQ(answer.json()["changedInstance"]["instanceAfterChange"]["properties"], Json::object());
@@ -99,6 +104,11 @@ TEST_F(RepositoryTest, RecordsBelongToTheirInstance) {
     m_client.insertId("DynamicSchema/BaseClass/" + issue + "/Attachment", {{"Name", "b"}});
     m_client.insertId("DynamicSchema/Issue/" + other + "/Attachment", {{"Name", "c"}});
     m_client.insertId("DynamicSchema/Attachment/" + first + "/_Comment", {{"Text", "on a"}});
+    const std::vector<std::string> kinds{"File", "_Comment", "_ExternalFile"};
+    for (const std::string& kind : kinds) {
+        m_client.insertId("DynamicSchema/Issue/" + issue + "/" + kind);
+        EXPECT_EQ(m_client.list("DynamicSchema/Issue/" + issue + "/" + kind).size(), 1U) << kind;
+    }
 
     EXPECT_EQ(m_client.listed("DynamicSchema/Issue/" + issue + "/Attachment", "Name"), Json({"a", "b"}));
     EXPECT_EQ(m_client.listed("DynamicSchema/Issue/" + issue + "/Attachment?$filter=Name%20eq%20'b'", "Name"),
@@ -112,7 +122,9 @@ TEST_F(RepositoryTest, RecordsBelongToTheirInstance) {
 
     EXPECT_EQ(m_client.send("DELETE", "DynamicSchema/Issue/" + issue + "/").status, 204);
     EXPECT_EQ(m_client.listed("DynamicSchema/Attachment", "Name"), Json({"c"}));
-    EXPECT_EQ(m_client.listed("DynamicSchema/_Comment", "Text"), Json::array());
+    for (const std::string& kind : kinds) {
+        EXPECT_EQ(m_client.list("DynamicSchema/" + kind), Json::array()) << kind;
+    }
     for (const std::string& path :
          {"DynamicSchema/Issue/" + issue + "/Attachment", "DynamicSchema/Issue/" + other + "/Nothing"}) {
         EXPECT_EQ(m_client.send("GET", path).status, 404) << path;
@@ -174,7 +186,7 @@ TEST_F(RepositoryTest, RelatedInstancesAreListedAtBothEnds) {
 TEST_F(RepositoryTest, EveryChangeLeavesAnAuditRecordThatOutlivesTheInstance) {
     const std::string path =
         "DynamicSchema/Issue/" + m_client.insertId("DynamicSchema/Issue", {{"a", "x"}, {"n", 1.5}});
-    m_client.send("POST", path + "/", Client::envelope({{"a", "x"}, {"n", nullptr}, {"b", {{"k", true}}}}));
+    m_client.send("POST", path + "/", Client::envelope({{"a", "y"}, {"n", nullptr}, {"b", {{"k", true}}}}));
     m_client.insertId(path + "/_Comment", {{"Text", "no audit of records"}});
     m_client.send("DELETE", path + "/");
 
@@ -183,15 +195,17 @@ TEST_F(RepositoryTest, EveryChangeLeavesAnAuditRecordThatOutlivesTheInstance) {
         const Json& properties = record["properties"];
         history += properties["Action"].get<std::string>() + properties["Values"].dump() + "\n";
         EXPECT_EQ(properties["RecordDate"].get<std::string>().size(), 24U);
-        EXPECT_TRUE(properties["RecordBy"].is_string() && properties["RecordById"].is_string());
+        EXPECT_EQ(properties["RecordDate"].get<std::string>().substr(10, 1), "T");
+        EXPECT_EQ(properties["RecordBy"].get<std::string>() + properties["RecordById"].get<std::string>(),
+                  "Local userlocal");
     }
     EXPECT_EQ(
         history,
         R"(Created[{"Property":"a","OldValue":"","NewValue":"x"},{"Property":"n","OldValue":"","NewValue":"1.5"}])"
         "\n"
-        R"(Modified[{"Property":"n","OldValue":"1.5","NewValue":""},{"Property":"b","OldValue":"","NewValue":"{\"k\":true}"}])"
+        R"(Modified[{"Property":"a","OldValue":"x","NewValue":"y"},{"Property":"n","OldValue":"1.5","NewValue":""},{"Property":"b","OldValue":"","NewValue":"{\"k\":true}"}])"
         "\n"
-        R"(Deleted[{"Property":"a","OldValue":"x","NewValue":""},{"Property":"b","OldValue":"{\"k\":true}","NewValue":""}])"
+        R"(Deleted[{"Property":"a","OldValue":"y","NewValue":""},{"Property":"b","OldValue":"{\"k\":true}","NewValue":""}])"
         "\n");
     EXPECT_EQ(m_client.list("DynamicSchema/AuditRecord").size(), 3U);
 }
@@ -221,8 +235,13 @@ TEST_F(RepositoryTest, FilesAreKeptByteForByte) {
         EXPECT_TRUE(got.body == content) << type;
     }
     const std::string gzip("\x1f\x8b\x08\0\0\0\0\0\0\x03\x4b\x4c\x4a\x06\0\xc2\x41\x24\x35\x03\0\0\0", 23);
-    EXPECT_EQ(m_client.send("PUT", path, gzip, {{"Content-Encoding", "gzip"}}).status, 200);
-    EXPECT_EQ(m_client.send("GET", path).body, "abc");
+    const std::string zlib("x\x9cKLJ\x06\0\x02M\x01'", 11);
+    for (const auto& [coding, content] : std::vector<std::pair<std::string, std::string>>{
+             {"gzip", gzip}, {"x-gzip", gzip}, {"deflate", zlib}, {"identity", "abc"}}) {
+        m_client.send("PUT", path, "");
+        EXPECT_EQ(m_client.send("PUT", path, content, {{"Content-Encoding", coding}}).status, 200);
+        EXPECT_EQ(m_client.send("GET", path).body, "abc") << coding;
+    }
     EXPECT_EQ(m_client.send("PUT", "Lists/ListGroup/" + noId + "/$file", "x").status, 404);
 
     // A file goes with its instance: the next instance, which may take its place in the store, has none.
@@ -287,6 +306,7 @@ TEST_F(QueryTest, Filters) {
              {"n gt 2", {2, 3}},
              {"n ge 2.5", {2, 3}},
              {"n lt 25e-1", {1}},
+             {"n gt 1E+0 and n lt 0.3e+1", {1, 3}},
              {"n le 2.0", {1}},
              {"n eq -2", Json::array()},
              {"n eq '10'", Json::array()},
@@ -296,6 +316,8 @@ TEST_F(QueryTest, Filters) {
              {"b eq null", {2, 4}},
              {"b ne null", {1, 3}},
              {"className eq 'C' and n eq 10", {2}},
+             {"className eq null or eTag eq null", Json::array()},
+             {"schemaName ne null and instanceId ne null", {1, 2, 3, 4}},
              {"id eq 1 or id eq 2 and n eq 10", {1, 2}},
              {"(id eq 1 or id eq 2) and n eq 10", {2}},
              {"t eq 'a=b' or id eq 4", {4}},
@@ -367,7 +389,8 @@ TEST_F(QueryTest, OrdersAndPages) {
                                                    {"$top=0", Json::array()},
                                                    {"$orderby=id+desc&$skip=1&$top=2", {3, 2}},
                                                    {"$filter=n+gt+2&$skip=9223372036854775807&$top=1", Json::array()},
-                                                   {"api.filtersettings=x&definitionFormat=xml&other=1&$top=1", {1}}}) {
+                                                   {"api.filtersettings=x&definitionFormat=xml&other=1&$top=1", {1}},
+                                                   {"&x&$top=1&definitionFormat=json&$orderby=&$filter=", {1}}}) {
         EXPECT_EQ(m_client.listed("S/C?" + page, "id"), expected) << page;
     }
     const Json selected = m_client.list("S/C?$top=1&$select=b%20,%20t")[0];
@@ -433,12 +456,28 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
                            {"GET", "S/C?$select=a,,b", "", 400, "$select"},
                            {"GET", "S/C?$filter=contains(a,1)", "", 400, "a text in single quotes"},
                            {"GET", "S/C?$filter=a+eq+'x", "", 400, "not closed"},
-                           {"GET", "S/C?$filter=a+eq+1+b", "", 400, "\"b\""},
+                           {"GET", "S/C?$filter=a+eq+1+b", "", 400, "at position 7, found \"b\""},
+                           {"GET", "S/C?$filter=a+eq+yes", "", 400, "at position 5, found \"yes\""},
+                           {"GET", "S/C?$filter=+a+eq+'x", "", 400, "starts at position 6"},
+                           {"GET", "S/C?$filter=a+gt+true", "", 400, "'gt' needs a number"},
+                           {"GET", "S/C?$filter=a+is+1", "", 400, "le or in"},
+                           {"GET", "S/C?$filter=(a+eq+1", "", 400, "')'"},
+                           {"GET", "S/C?$filter=contains(a+'x')", "", 400, "','"},
+                           {"GET", "S/C?$orderby=a,,b", "", 400, "$orderby"},
+                           {"GET", "S/C?$orderby=a+asc+b", "", 400, "a asc b"},
                            {"GET", "S/C?$filter=a+in+()", "", 400, "\")\""},
                            {"GET", "S/C?$filter=a+in+(1,2", "", 400, "the end"},
                            {"GET", "S/C?$filter=endswith(a,'x'+b", "", 400, "\"b\""},
                            {"GET", "S/C?$filter=not", "", 400, "a property name"},
                            {"GET", "S/C?$filter=a+lt+2026-02-29", "", 400, "\"2026-02-29\""},
+                           {"GET", "S/C?$filter=a+lt+1900-02-29", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-13-01", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-00-01", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-02-00", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-02-01T23:60Z", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-02-01T23.59Z", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-02-01T23:59:59.Z", "", 400, "a date"},
+                           {"GET", "S/C?$filter=a+lt+2026-02-01T23:59-24:00", "", 400, "a date"},
                            {"GET", "S/C?$filter=a+lt+2026-02-01T24:00Z", "", 400, "a date"},
                            {"GET", "S/C?$filter=a+lt+2026-02-01T10:00Zulu", "", 400, "a date"},
                            {"GET", "S/C?$filter=a+lt+2026-02-01T10:00:60Z", "", 400, "a date"},
@@ -469,7 +508,7 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
         EXPECT_EQ(answer.header("Content-Type"), "application/json") << what;
         const Json payload = answer.json();
         EXPECT_EQ(payload.size(), 3U);
-        EXPECT_FALSE(payload["errorId"].get<std::string>().empty());
+        EXPECT_EQ(payload["errorId"], c.status == 400 ? "BadRequest" : c.status == 404 ? "NotFound" : "Conflict");
         EXPECT_FALSE(payload["errorMessage"].get<std::string>().empty());
         EXPECT_NE(payload["errorDescription"].get<std::string>().find(c.inDescription), std::string::npos)
             << answer.body;
@@ -485,6 +524,7 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
         const Answer answer = m_client.send(method, path);
         EXPECT_EQ(answer.status, 405) << method << " " << path;
         EXPECT_EQ(answer.header("Allow"), allowed) << method << " " << path;
+        EXPECT_EQ(answer.json()["errorId"], "MethodNotAllowed");
     }
 }
 
@@ -498,6 +538,14 @@ TEST(RepositoryServerTest, RefusesTooLargeBodiesAndGoesOn) {
     const Answer refused = client.send("PUT", path, std::string(1001, 'y'));
     EXPECT_EQ(refused.status, 413);
     EXPECT_EQ(refused.json()["errorId"], "PayloadTooLarge");
+    for (const std::size_t size : {1001U, 1000U}) {
+        const std::string text(size, 'x');
+        std::string coded(text.size(), '\0');
+        uLongf length = coded.size();
+        compress(reinterpret_cast<Bytef*>(coded.data()), &length, reinterpret_cast<const Bytef*>(text.data()), size);
+        coded.resize(length);
+        EXPECT_EQ(client.send("PUT", path, coded, {{"Content-Encoding", "deflate"}}).status, size > 1000 ? 413 : 200);
+    }
 
     httplib::Client chunked("127.0.0.1", server.port());
     int calls = 0;

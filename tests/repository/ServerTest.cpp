@@ -182,7 +182,7 @@ TEST_F(FaultTest, ReplacesTheAnswerBeforeOrAfterTheEffect) {
             fault.operation = "insert";
             fault.status = 429;
             fault.body = "{\"a\":1}";
-            fault.headers = {{"Retry-After", "7"}, {"Content-Type", "text/plain"}};
+            fault.headers = {{"Retry-After", "7"}, {"content-type", "text/plain"}, {"content-length", "7"}};
             fault.isAfterEffect = isAfterEffect;
         }));
         const Answer answer = m_client.send("POST", "S/" + name, empty);
@@ -190,7 +190,7 @@ TEST_F(FaultTest, ReplacesTheAnswerBeforeOrAfterTheEffect) {
         EXPECT_EQ(answer.body, "{\"a\":1}");
         EXPECT_EQ(answer.header("Retry-After"), "7");
         EXPECT_EQ(answer.header("Content-Type"), "text/plain");
-        EXPECT_EQ(answer.headers.count("Content-Type"), 1U);
+        EXPECT_EQ(answer.headers.count("Content-Type") + answer.headers.count("Content-Length"), 2U);
         EXPECT_EQ(m_client.list("S/" + name).size(), isAfterEffect ? 1U : 0U);
         const std::vector<LoggedRequest> log = m_server.requests();
         EXPECT_EQ(log[log.size() - 2].tookEffect, isAfterEffect);
@@ -222,11 +222,15 @@ TEST_F(FaultTest, SpoilsWhatIsSent) {
                                   fault.truncateAfter = 10;
                               }).second;
     EXPECT_EQ(reset.back(), '!') << reset; // what came before may be lost with it
+    EXPECT_EQ(m_server.requests().back().status, 200) << "there was one to be cut";
     m_server.inject(faultOf([](Fault& fault) { fault.isReset = true; }));
     const RawConnection connection(m_server.port());
     connection.say(request("GET", path));
     EXPECT_EQ(connection.hear(), "!");
     EXPECT_EQ(m_server.requests().back().status, 0);
+
+    EXPECT_EQ(heard([](Fault& fault) { fault.status = 304; }).first,
+              "HTTP/1.1 304 Not Modified\r\nConnection: close\r\n\r\n");
 
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(heard([](Fault& fault) {
@@ -291,6 +295,15 @@ TEST(FaultRulesTest, WhatContradictsItselfIsRefused) {
              {R"({"status":500,"times":-1})", "negative"},
              {R"({"status":500,"headers":[["A","b\rC: d"]]})", "header"},
              {R"({"status":500,"headers":[["A","b\nC: d"]]})", "header"},
+             {R"({"status":500,"headers":[["A","b\u0000"]]})", "header"},
+             {R"({"status":500,"headers":[["","b"]]})", "header"},
+             {R"({"status":500,"headers":[["A:","b"]]})", "header"},
+             {R"({"status":500,"headers":[["A\nB","b"]]})", "header"},
+             {R"({"delay":1,"headers":[["A","b"]]})", "without a status"},
+             {R"({"isStall":true,"status":500})", "withheld"},
+             {R"({"isStall":true,"truncateAfter":0})", "withheld"},
+             {R"({"dripBytes":1,"dripPause":-1})", "negative"},
+             {R"({"dripPause":1,"status":500})", "drip"},
              {R"({"isStall":true,"isReset":true})", "withheld"},
              {R"({"status":500,"isReset":true})", "replaced or reset"},
              {R"({"dripBytes":-1,"dripPause":1})", "whole number"},
@@ -303,6 +316,10 @@ TEST(FaultRulesTest, WhatContradictsItselfIsRefused) {
     }
     EXPECT_THROW(server.inject({}), std::invalid_argument);
     EXPECT_TRUE(server.faults().empty());
+    for (const char* fault : {R"({"status":200})", R"({"status":599})", R"({"delay":1})", R"({"truncateAfter":0})",
+                              R"({"status":500,"isReset":true,"dripBytes":1,"dripPause":1})"}) {
+        EXPECT_EQ(Client(server).send("POST", "/_control/faults", fault).status, 201) << fault;
+    }
 }
 
 TEST(LogTest, KeepsWhatWasServedLast) {
@@ -326,6 +343,7 @@ TEST(LogTest, KeepsWhatWasServedLast) {
     EXPECT_TRUE(log[0].tookEffect);
     EXPECT_EQ(log[1].status, 404);
     EXPECT_FALSE(log[1].tookEffect);
+    EXPECT_FALSE(log[2].tookEffect);
     EXPECT_EQ(log[2].answerBytes, 0U);
     EXPECT_EQ(log[2].number, 3U);
     const auto age = std::chrono::system_clock::now() - log[2].time;
@@ -415,7 +433,8 @@ TEST(OrderTest, SeedsAreWrittenByHandAndRefusedAsAWhole) {
         "classes": [{"location": "here", "schemaName": "S", "className": "Small", "base": "Big"}],
         "instances": [
             {"location": "here", "schemaName": "S", "className": "Big", "instanceId": "b", "properties": {"n": 1, "x": null}},
-            {"location": "here", "schemaName": "S", "className": "Small", "properties": {"n": 2}, "file": "aGFsbG8="},
+            {"location": "here", "schemaName": "S", "className": "Small", "properties": {"n": 2}, "file": "aGFsbG8=",
+             "owner": null, "eTag": null, "instanceId": null},
             {"location": "here", "schemaName": "S", "className": "Note", "owner": "b"}],
         "relationships": [{"location": "here", "schemaName": "S", "className": "R", "source": "b", "target": "b"}]})");
     EXPECT_EQ(client.listed("S/Big!poly", "n"), Json({1, 2}));
@@ -517,12 +536,20 @@ TEST(TokenTest, IsGoodForSoManyCallsOrSoLong) {
     EXPECT_EQ(none.status, 401);
     EXPECT_EQ(none.header("WWW-Authenticate"), "Bearer realm=\"repository\"");
     EXPECT_EQ(none.json()["errorId"], "Unauthorized");
+    // What was read whole is refused on a connection that goes on.
+    const RawConnection raw(server.port());
+    raw.say(request("GET", "S/C") + request("POST", "S/C", "Content-Length: 4\r\n"));
+    const std::string refused = raw.hear();
+    EXPECT_NE(refused.find("HTTP/1.1 401", 12), std::string::npos) << refused;
+    EXPECT_EQ(refused.find("Connection: close"), refused.rfind("Connection: close")) << refused;
     const Answer bad = client.send("POST", "S/C", empty, {{"Authorization", "Bearer third"}});
     EXPECT_EQ(bad.header("WWW-Authenticate"), "Bearer realm=\"repository\", error=\"invalid_token\"");
     EXPECT_EQ(server.requests().back().status, 401);
     EXPECT_EQ(client.send("GET", "S/C", "", {{"Authorization", "Bearer first"}}).json()["instances"], Json::array());
     EXPECT_THROW(server.addToken({"a b"}), std::invalid_argument);
     EXPECT_THROW(server.addToken({""}), std::invalid_argument);
+    EXPECT_THROW(server.addToken({"a\x7F"}), std::invalid_argument);
+    EXPECT_THROW(server.addToken({"a", 0, -1ms}), std::invalid_argument);
 }
 
 TEST(TlsServerTest, ServesHttpsAndNothingElse) {
@@ -611,7 +638,10 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
               R"({"operation":"list","className":"C","first":2,"every":3,"times":4,"delay":5,"status":503,"body":"x",)"
               R"("headers":[["Retry-After","1"]],"isReset":false,"isStall":false,"truncateAfter":null,"dripBytes":0,)"
               R"("dripPause":0,"isAfterEffect":true})");
-    EXPECT_EQ(faults[1]["fault"]["dripPause"], 3);
+    EXPECT_EQ(
+        faults[1]["fault"].dump(),
+        R"({"operation":"","className":"","first":1,"every":1,"times":1,"delay":0,"status":0,"body":"","headers":[],)"
+        R"("isReset":true,"isStall":false,"truncateAfter":1,"dripBytes":2,"dripPause":3,"isAfterEffect":false})");
     EXPECT_EQ(faults[2]["fault"]["isStall"], true);
     EXPECT_EQ(control("DELETE", "/faults").status, 204);
 
@@ -619,8 +649,13 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_EQ(requests[1]["status"], 503);
     EXPECT_EQ(requests[1]["fault"], 1);
-    EXPECT_EQ(requests[1]["requestBytes"], 0);
-    EXPECT_EQ(requests[1]["answerBytes"], 1);
+    Json second = requests[1];
+    EXPECT_NE(second["headers"].dump().find(R"(["Host",")"), std::string::npos);
+    second.erase("headers");
+    second.erase("time");
+    EXPECT_EQ(second.dump(),
+              R"({"number":2,"method":"GET","path":")" + path +
+                  R"(","query":"","requestBytes":0,"status":503,"answerBytes":1,"tookEffect":false,"fault":1})");
     const std::chrono::milliseconds time(requests[1]["time"].get<std::int64_t>());
     EXPECT_LT(std::chrono::system_clock::now().time_since_epoch() - time, 60s);
     EXPECT_EQ(control("DELETE", "/requests").status, 204);
@@ -1005,6 +1040,13 @@ TEST(HostileTest, MalformedRequestsAreRefusedAtOnce) {
     EXPECT_NE(connection.hear("100 Continue\r\n\r\n").find("HTTP/1.1 200"), std::string::npos);
     connection.say("null");
     EXPECT_EQ(connection.hear("\r\n\r\n").substr(0, 12), "HTTP/1.1 201");
+    const std::string gone = request("DELETE", "S/C/" + Client(server).insertId("S/C") + "/");
+    const RawConnection brief(server.port());
+    brief.say(gone + request("HEAD", "S/C", "Connection: close\r\n"));
+    const std::string two = brief.hear();
+    EXPECT_EQ(two.substr(0, 27), "HTTP/1.1 204 No Content\r\n\r\n") << "without a length, and it goes on";
+    EXPECT_NE(two.find("Connection: close\r\n\r\n"), std::string::npos) << two;
+    EXPECT_EQ(two.substr(two.size() - 4), "\r\n\r\n") << "the head only";
 }
 
 TEST(HostileTest, SlowSendersAreEndedWithAReason) {
@@ -1121,6 +1163,9 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     const auto has = [](const std::string& text, const std::string& part) {
         return text.find(part) != std::string::npos;
     };
+    EXPECT_TRUE(has(Client(Server()).send("GET", "/").body, "Nothing is stored yet"));
+    EXPECT_TRUE(has(page("?requests=1"), "None yet"));
+    EXPECT_TRUE(has(page("?location=%3CL%3E&id=t"), "<td>S.R<td>backward<td>S.C<td>"));
     EXPECT_TRUE(has(page(""), "<a href=\"?location=%3CL%3E\">&lt;L&gt;</a>"));
     EXPECT_TRUE(has(client.send("GET", "/b").body, "&lt;L&gt;"));
     EXPECT_TRUE(has(page("?location=%3CL%3E"), "S.C</a><td>2"));
@@ -1146,6 +1191,11 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     const std::string first = page("?location=many&class=S.C");
     EXPECT_TRUE(has(first, "Page 1 of 3, 120 instances") && has(first, "number 49<") && !has(first, "number 50<") &&
                 has(first, "page=2") && !has(first, "Previous"));
+    const std::string second = page("?location=many&class=S.C&page=2");
+    for (const char* part : {"page=1\">First", "page=1\">Previous", "Page 2 of 3", "page=3\">Next", "page=3\">Last",
+                             "number 50<", "number 99<"}) {
+        EXPECT_TRUE(has(second, part)) << part;
+    }
     const std::string last = page("?location=many&class=S.C&page=99");
     EXPECT_TRUE(has(last, "Page 3 of 3") && has(last, "number 119") && has(last, "page=2") && !has(last, "Next"));
     EXPECT_TRUE(has(page("?location=many&class=S.C&page=-1"), "Page 1 of 3"));
@@ -1159,9 +1209,29 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     const std::string requests = page("?requests=1");
     EXPECT_TRUE(has(requests, "<span class=bad>400</span>"));
     EXPECT_TRUE(has(requests, "<tr class=fault>") && has(requests, "S/C?&lt;x&gt;") && has(requests, "418") &&
-                has(requests, "changed") && !has(requests, "Bearer"))
+                has(requests, "changed") && !has(requests, "Bearer") &&
+                has(requests, "all operations of all classes: status 418<td>3<td>1<td>0"))
         << requests;
-    EXPECT_TRUE(has(page("?location=here&id=" + id), "v:  → w"));
+    EXPECT_LT(requests.find("S/C!"), requests.find("S/C?&lt;x&gt;")) << "the last one first";
+    server.clearFaults();
+    server.inject(faultOf([](Fault& fault) {
+        fault.operation = "list";
+        fault.className = "C";
+        fault.delay = 5ms;
+        fault.isReset = fault.isAfterEffect = true;
+        fault.truncateAfter = 3;
+        fault.dripBytes = 1;
+        fault.dripPause = 1ms;
+        fault.times = 0;
+    }));
+    server.inject(faultOf([](Fault& fault) { fault.isStall = true; }));
+    const std::string faulty = page("?requests=1");
+    EXPECT_TRUE(has(faulty, "list of C: 5 ms late reset cut after 3 bytes dripping after the effect<td>0<td>0<td>all"));
+    EXPECT_TRUE(has(faulty, "all classes: no answer<td>0<td>0<td>1")) << faulty;
+    server.clearFaults();
+    client.send("POST", "/b" + root + "S/C/" + id + "/", Client::envelope({{"v", "x"}}), token);
+    const std::string changed = page("?location=here&id=" + id);
+    EXPECT_TRUE(has(changed, "v:  → w") && changed.find("v: w → x") < changed.find("v:  → w")) << "the last one first";
     client.send("DELETE", "/b" + root + "S/C/" + id + "/", "", token);
     EXPECT_TRUE(has(page("?location=here&id=" + id), "was deleted"));
 

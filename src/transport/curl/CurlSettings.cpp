@@ -99,7 +99,7 @@ void CurlTransfer::configureTarget() {
     }
     const bool mayMeetProxy = m_Settings.proxy().is_specified() || m_Loop->options().proxyFromEnvironment;
     if (mayMeetProxy && m_Base.scheme() == _XPLATSTR("http")) {
-        set(m_Handle, CURLOPT_URL, to_utf8string(web::uri_builder(whole).set_user_info({}).to_string()));
+        set(m_Handle, CURLOPT_URL, to_utf8string(whole.to_string()));
         return;
     }
     // The target goes out as it is: libcurl would check and encode it again.

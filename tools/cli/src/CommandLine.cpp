@@ -317,21 +317,6 @@ void build(CLI::App& app, Options& options, std::function<void()>& chosen) {
     });
 }
 
-/// The values of some options begin with "-" where those of others can't.
-std::vector<std::string> joined(const std::vector<std::string>& arguments) {
-    std::vector<std::string> out;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const bool isFree = arguments[i] == "--order" || arguments[i] == "--jq" || arguments[i] == "--filter";
-        if (isFree && i + 1 < arguments.size()) {
-            out.push_back(arguments[i] + "=" + arguments[i + 1]);
-            ++i;
-        } else {
-            out.push_back(arguments[i]);
-        }
-    }
-    return out;
-}
-
 } // namespace
 
 int run(std::vector<std::string> arguments) {
@@ -348,7 +333,6 @@ int run(std::vector<std::string> arguments) {
         return done;
     }
     try {
-        arguments = joined(arguments);
         std::reverse(arguments.begin(), arguments.end());
         app.parse(std::move(arguments));
     } catch (const CLI::Success& help) {

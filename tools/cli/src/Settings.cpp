@@ -148,10 +148,7 @@ std::string originOf(const std::string& url) {
         const bool isSecure = uri.scheme() == "https";
         if ((isSecure || uri.scheme() == "http") && !uri.host().empty() && uri.fragment().empty()) {
             const int port = uri.port() > 0 ? uri.port() : isSecure ? 443 : 80;
-            std::string host = uri.host();
-            std::transform(host.begin(), host.end(), host.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-            return uri.scheme() + "://" + host + ":" + std::to_string(port);
+            return uri.scheme() + "://" + uri.host() + ":" + std::to_string(port); // in lower case both
         }
     } catch (const web::uri_exception&) {
         // As below.
