@@ -81,8 +81,11 @@ web::uri serviceAddress(const utility::string_t& text) {
         throw std::invalid_argument("the base URL \"" + utility::conversions::to_utf8string(text) +
                                     "\" has a fragment");
     }
-    // A name and a password there are for no server, and the HTTP library would show them to a proxy.
-    return web::uri_builder(address).set_user_info({}).to_uri();
+    if (!address.user_info().empty()) {
+        // They are for no server, and the HTTP library would show them to a proxy.
+        address = web::uri_builder(address).set_user_info({}).to_uri();
+    }
+    return address;
 }
 
 pplx::task<http_response> exchange(Call call, OnResponse onResponse) {
