@@ -45,7 +45,15 @@ public:
                                               web::http::http_request request,
                                               const pplx::cancellation_token&) override {
         m_Request = std::move(request);
-        return pplx::create_task(m_Answer);
+        auto task = pplx::create_task(m_Answer);
+        m_IsSent = true;
+        return task;
+    }
+    /// Lets the transfer fail if nobody waited for it.
+    void fail() {
+        if (m_IsSent) {
+            m_Answer.set_exception(web::http::http_exception("late"));
+        }
     }
     void answer() {
         web::http::http_response response(200);
@@ -64,6 +72,7 @@ public:
 
 private:
     web::http::http_request m_Request;
+    bool m_IsSent = false;
     pplx::task_completion_event<web::http::http_response> m_Answer;
 };
 
@@ -79,7 +88,12 @@ public:
             configuration->setTransport(m_Late);
         }
     }
-    ~Trial() { FailingMemory::mend(); }
+    ~Trial() {
+        FailingMemory::mend();
+        if (m_Late) {
+            m_Late->fail();
+        }
+    }
     Trial(const Trial&) = delete;
     Trial& operator=(const Trial&) = delete;
 

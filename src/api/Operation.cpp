@@ -308,6 +308,10 @@ void Operation::send(Wanted wanted, Finish finish) {
     if (answer.control) {
         call.operation = answer.operation;
     }
+    // Made before, so that nothing throws between the call and who waits for it.
+    auto end = [answer, finish = std::move(finish)](const Ready& ready) {
+        transport::detail::atTheEnd([&] { finish(answer, ready); });
+    };
     const auto sent = transport::detail::send(
         std::move(call), [answer, wanted](const http_response& response,
                                           const std::shared_ptr<transport::detail::ResponseBuffer>& body) {
@@ -322,9 +326,7 @@ void Operation::send(Wanted wanted, Finish finish) {
             }
             return transport::detail::whole(response);
         });
-    transport::detail::continued(sent, [answer, finish = std::move(finish)](const Ready& ready) {
-        transport::detail::atTheEnd([&] { finish(answer, ready); });
-    });
+    transport::detail::continued(sent, std::move(end));
 }
 
 void Operation::read(std::shared_ptr<model::Model> (*make)(),
