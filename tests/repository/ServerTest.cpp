@@ -364,7 +364,8 @@ TEST(LogTest, KeepsWhatWasServedLast) {
     EXPECT_EQ(busy.requests().size(), 138U) << "as many as fit into 8 MiB";
     busy.clearRequests();
     shouting.send("GET", "S/C", "", loud);
-    EXPECT_EQ(busy.requests().size(), 1U);
+    ASSERT_EQ(busy.requests().size(), 1U);
+    EXPECT_EQ(busy.requests()[0].number, 1U);
 }
 
 /// Some of everything that can be stored.
@@ -460,7 +461,7 @@ TEST(OrderTest, SeedsAreWrittenByHandAndRefusedAsAWhole) {
             {start + R"({"location":"here","schemaName":"S","className":"C","id":"x"}]})", "unknown member \"id\""},
             {start + R"({"location":"here","schemaName":"S","className":"C","properties":[]}]})", "not an object"},
             {start + R"({"location":"here","schemaName":"S","className":"C","instanceId":"b"}]})", "already"},
-            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})", "Base64"},
+            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})", "instances[1]: \"file\" is not Base64"},
             {start + R"({"location":"here","schemaName":"S","className":"C","file":"a*bc"}]})", "Base64"},
             {R"({"instances":[)" + good +
                  R"(],"relationships":[{"location":"here","schemaName":"S","className":"R","source":"b","target":"c"}]})",
@@ -545,6 +546,7 @@ TEST(TokenTest, IsGoodForSoManyCallsOrSoLong) {
     const Answer bad = client.send("POST", "S/C", empty, {{"Authorization", "Bearer third"}});
     EXPECT_EQ(bad.header("WWW-Authenticate"), "Bearer realm=\"repository\", error=\"invalid_token\"");
     EXPECT_EQ(server.requests().back().status, 401);
+    EXPECT_EQ(server.requests().back().answerBytes, bad.body.size());
     EXPECT_EQ(client.send("GET", "S/C", "", {{"Authorization", "Bearer first"}}).json()["instances"], Json::array());
     EXPECT_THROW(server.addToken({"a b"}), std::invalid_argument);
     EXPECT_THROW(server.addToken({""}), std::invalid_argument);
