@@ -461,7 +461,8 @@ TEST(OrderTest, SeedsAreWrittenByHandAndRefusedAsAWhole) {
             {start + R"({"location":"here","schemaName":"S","className":"C","id":"x"}]})", "unknown member \"id\""},
             {start + R"({"location":"here","schemaName":"S","className":"C","properties":[]}]})", "not an object"},
             {start + R"({"location":"here","schemaName":"S","className":"C","instanceId":"b"}]})", "already"},
-            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})", "instances[1]: \"file\" is not Base64"},
+            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})",
+             "instances[1]: \"file\" is not Base64"},
             {start + R"({"location":"here","schemaName":"S","className":"C","file":"a*bc"}]})", "Base64"},
             {R"({"instances":[)" + good +
                  R"(],"relationships":[{"location":"here","schemaName":"S","className":"R","source":"b","target":"c"}]})",
