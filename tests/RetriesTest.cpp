@@ -730,11 +730,12 @@ TEST_F(RetriesTest, TheTraceContextIsTheCallers) {
     context.clear();
     EXPECT_EQ(endOf("select", traced), "ok");
     EXPECT_EQ(service->requests().back().find("traceparent"), std::string::npos);
-    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good};
+    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good};
     wrong[2][0] = '1';
     wrong[3][4] = 'G';
     wrong[4].replace(3, 32, 32, '0');
     wrong[5].replace(36, 16, 16, '0');
+    wrong[6][4] = 'g';
     for (const std::string& text : wrong) {
         context = text;
         EXPECT_THROW(SchemaApi(traced).select_SchemasSchema("L"), std::invalid_argument) << text;
