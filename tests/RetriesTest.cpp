@@ -607,6 +607,7 @@ struct Events {
                 text += line + "\n";
                 numbers.insert(event.call);
                 starts.insert(event.started);
+                error = event.error;
                 ended += event.kind == CallEvent::Kind::Ended ? 1 : 0;
                 changed.notify_all();
             },
@@ -623,6 +624,7 @@ struct Events {
     std::string text;
     std::set<uint64_t> numbers; // of the calls
     std::set<std::chrono::system_clock::time_point> starts;
+    std::error_code error; // of the last event
     int ended = 0;
 };
 
@@ -661,6 +663,7 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     service->script("own", *clock);
     EXPECT_EQ(endOf("insert", observed), "own");
     EXPECT_NE(events.take(1).find("E insert_ListsListGroup POST"), std::string::npos);
+    EXPECT_EQ(events.error, std::errc::io_error);
     clock->isStuck = true;
     pplx::cancellation_token_source source;
     service->script("503", *clock);
@@ -727,11 +730,12 @@ TEST_F(RetriesTest, TheTraceContextIsTheCallers) {
     context.clear();
     EXPECT_EQ(endOf("select", traced), "ok");
     EXPECT_EQ(service->requests().back().find("traceparent"), std::string::npos);
-    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good};
+    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good};
     wrong[2][0] = '1';
     wrong[3][4] = 'G';
     wrong[4].replace(3, 32, 32, '0');
     wrong[5].replace(36, 16, 16, '0');
+    wrong[6][4] = 'g';
     for (const std::string& text : wrong) {
         context = text;
         EXPECT_THROW(SchemaApi(traced).select_SchemasSchema("L"), std::invalid_argument) << text;

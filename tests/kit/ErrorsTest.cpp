@@ -75,6 +75,7 @@ TEST_F(ErrorsTest, TellRefusalsInTheServicesWords) {
     ASSERT_NE(lone.payload(), nullptr);
     EXPECT_EQ(lone.payload()->getErrorId(), "E");
     EXPECT_EQ(sentence(Reply::json(R"({"errorId":"E"})", 400, "Bad")), "It failed with status 400 (Bad)");
+    EXPECT_EQ(sentence(Reply::json("{}", 404, "")), "It failed with status 404");
     EXPECT_EQ(sentence(Reply::of(502, "Bad", "Content-Type: text/html\r\n", "<p>")), "It failed with status 502 (Bad)");
     EXPECT_EQ(sentence(Reply::json("[1]", 400, "Bad")), "It failed with status 400 (Bad)");
     EXPECT_EQ(sentence(Reply::of(200, "OK", "Content-Type: text/html\r\n", "<p>")),

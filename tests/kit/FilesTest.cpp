@@ -130,6 +130,7 @@ TEST_F(FilesTest, HaveNamesBothWays) {
     for (const auto& [header, name] : std::vector<std::pair<std::string, std::string>>{
              {"attachment", ""},
              {"attachment; filename=a.pdf", "a.pdf"},
+             {"attachment;\tfilename=b.pdf", "b.pdf"},
              {"attachment;FileName = \"a b;c\" ; size=3", "a b;c"},
              {"attachment; filename*=utf-8'de'%C3%A4; filename=\"x\"", "\xc3\xa4"},
              {"attachment; filename=x; filename*=UTF-8''%E4", "x"},

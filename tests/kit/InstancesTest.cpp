@@ -11,10 +11,10 @@ using Issue = model::DynamicSchemaBaseClass;
 class InstancesTest : public ServiceTest {
 protected:
     /// Updates the issue "i" by `change`.
-    template <class Change>
-    auto update(Change change, int attempts = 5) {
+    template <class Change, class... Attempts>
+    auto update(Change change, Attempts... attempts) {
         return kit::update(api::BaseClassApi(client), &api::BaseClassApi::get_DynamicSchemaBaseClass_instanceId,
-                           &api::BaseClassApi::update_DynamicSchemaBaseClass, "L", "i", change, attempts);
+                           &api::BaseClassApi::update_DynamicSchemaBaseClass, "L", "i", change, attempts...);
     }
     void replyInstance(const std::string& eTag, const std::string& properties) {
         server.reply(Reply::json(R"({"instance":{"instanceId":"i","className":"C","eTag":")" + eTag +
@@ -123,6 +123,12 @@ TEST_F(InstancesTest, AreUpdatedAgainAfterAConflict) {
     EXPECT_EQ(apiErrorOf([&] { update(close, 2).get(); }),
               "409 error calling update_DynamicSchemaBaseClass: Conflict|{}");
     EXPECT_EQ(server.requests().size(), before + 4);
+    for (int i = 0; i < 5; ++i) { // as often as it is tried unless said otherwise
+        replyInstance("1", "{}");
+        server.reply(conflict);
+    }
+    EXPECT_THROW(update(close).get(), api::ApiException);
+    EXPECT_EQ(server.requests().size(), before + 14);
 }
 
 TEST_F(InstancesTest, AreUpdatedOnceIfAnythingElseFails) {

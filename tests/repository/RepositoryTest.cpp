@@ -662,12 +662,13 @@ TEST(RepositoryExecutableTest, ServesUntilASignal) {
 TEST(RepositoryExecutableTest, TakesWhatATestNeedsAsOptions) {
     const TemporaryFolder folder;
     std::ofstream(folder.file("seed")) << R"({"instances":[{"location":"here","schemaName":"S","className":"C"}]})";
-    Process process(folder, {"--token", "t", "--token-calls", "2", "--token-seconds", "600", "--seed",
+    Process process(folder, {"--token", "t", "--token-calls", "2", "--token-seconds", "60", "--seed",
                              folder.file("seed"), "--control"});
     const std::string url = process.firstLine();
     ASSERT_FALSE(url.empty()) << process.error();
     Client client(std::stoi(url.substr(url.rfind(':') + 1)));
     const httplib::Headers token{{"Authorization", "Bearer t"}};
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // seconds are no milliseconds
     EXPECT_EQ(client.send("GET", "S/C").status, 401);
     EXPECT_EQ(client.send("GET", "S/C", "", token).json()["instances"].size(), 1U);
     EXPECT_EQ(client.send("GET", "/_control/requests").json()["requests"].size(), 2U);

@@ -125,6 +125,7 @@ TEST_F(FaultTest, IsMetByTheRequestsItIsForAsOftenAsItSays) {
         {"list", "GET DynamicSchema/Issue"},
         {"list", "GET DynamicSchema/Issue!poly"},
         {"list", "GET " + path},
+        {"list", "GET " + path + "/Attachment"},
         {"count", "GET DynamicSchema/Issue/$count"},
         {"get", "GET " + path + "/"},
         {"download", "GET " + path + "/$file"},
@@ -153,7 +154,10 @@ TEST_F(FaultTest, IsMetByTheRequestsItIsForAsOftenAsItSays) {
         }));
         const FaultId id = m_server.inject(faultOf([&, operation = operation](Fault& fault) {
             fault.operation = operation;
-            fault.className = isRecord ? "Attachment" : isRelated ? "Other.Form" : "DynamicSchema.Issue";
+            fault.className = isRecord && operation == "insert" ? "Attachment"
+                              : isRecord                        ? "DynamicSchema.Attachment"
+                              : isRelated                       ? "Other.Form"
+                                                                : "DynamicSchema.Issue";
             fault.status = 418;
         }));
         EXPECT_EQ(statuses({line}), "418 ") << line;
@@ -265,6 +269,7 @@ TEST_F(FaultTest, HoldsAnAnswerUntilItIsRemovedOrTheServerStops) {
         stalled.say(request("POST", "S/C", "Content-Length: 0\r\n"));
         waitForLog(1);
         EXPECT_EQ(m_server.requests().back().answerBytes, 0U);
+        EXPECT_EQ(m_server.requests().back().status, 0);
         const RawConnection delayed(m_server.port());
         delayed.say(request("GET", "S/C"));
         waitForLog(2);
@@ -306,9 +311,9 @@ TEST(FaultRulesTest, WhatContradictsItselfIsRefused) {
              {R"({"dripPause":1,"status":500})", "drip"},
              {R"({"isStall":true,"isReset":true})", "withheld"},
              {R"({"status":500,"isReset":true})", "replaced or reset"},
-             {R"({"dripBytes":-1,"dripPause":1})", "whole number"},
-             {R"({"truncateAfter":1.5})", "whole number"},
-             {R"({"status":4294967796})", "whole number"},
+             {R"({"dripBytes":-1,"dripPause":1})", "-1 is not a whole number"},
+             {R"({"truncateAfter":1.5})", "1.5 is not a whole number"},
+             {R"({"status":4294967796})", "4294967796 is not a whole number"},
              {R"({"dripBytes":1})", "drip"}}) {
         const Answer answer = Client(server).send("POST", "/_control/faults", fault);
         EXPECT_EQ(answer.status, 400) << fault;
@@ -364,7 +369,8 @@ TEST(LogTest, KeepsWhatWasServedLast) {
     EXPECT_EQ(busy.requests().size(), 138U) << "as many as fit into 8 MiB";
     busy.clearRequests();
     shouting.send("GET", "S/C", "", loud);
-    EXPECT_EQ(busy.requests().size(), 1U);
+    ASSERT_EQ(busy.requests().size(), 1U);
+    EXPECT_EQ(busy.requests()[0].number, 1U);
 }
 
 /// Some of everything that can be stored.
@@ -460,7 +466,8 @@ TEST(OrderTest, SeedsAreWrittenByHandAndRefusedAsAWhole) {
             {start + R"({"location":"here","schemaName":"S","className":"C","id":"x"}]})", "unknown member \"id\""},
             {start + R"({"location":"here","schemaName":"S","className":"C","properties":[]}]})", "not an object"},
             {start + R"({"location":"here","schemaName":"S","className":"C","instanceId":"b"}]})", "already"},
-            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})", "Base64"},
+            {start + R"({"location":"here","schemaName":"S","className":"C","file":"a=b"}]})",
+             "instances[1]: \"file\" is not Base64"},
             {start + R"({"location":"here","schemaName":"S","className":"C","file":"a*bc"}]})", "Base64"},
             {R"({"instances":[)" + good +
                  R"(],"relationships":[{"location":"here","schemaName":"S","className":"R","source":"b","target":"c"}]})",
@@ -545,6 +552,7 @@ TEST(TokenTest, IsGoodForSoManyCallsOrSoLong) {
     const Answer bad = client.send("POST", "S/C", empty, {{"Authorization", "Bearer third"}});
     EXPECT_EQ(bad.header("WWW-Authenticate"), "Bearer realm=\"repository\", error=\"invalid_token\"");
     EXPECT_EQ(server.requests().back().status, 401);
+    EXPECT_EQ(server.requests().back().answerBytes, bad.body.size());
     EXPECT_EQ(client.send("GET", "S/C", "", {{"Authorization", "Bearer first"}}).json()["instances"], Json::array());
     EXPECT_THROW(server.addToken({"a b"}), std::invalid_argument);
     EXPECT_THROW(server.addToken({""}), std::invalid_argument);
@@ -674,18 +682,22 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
     std::this_thread::sleep_for(50ms);
     EXPECT_EQ(client.send("GET", path, "", {{"Authorization", "Bearer brief"}}).status, 401);
 
-    for (const auto& [method, below, body, status] :
-         std::vector<std::tuple<std::string, std::string, std::string, int>>{
-             {"POST", "/faults", "{", 400},
-             {"POST", "/faults", R"({"status":"x"})", 400},
-             {"POST", "/faults", R"({"stat":500})", 400},
-             {"POST", "/faults", "{}", 400},
-             {"POST", "/tokens", "{}", 400},
-             {"POST", "/tokens", R"({"value":"t","calls":-1})", 400},
-             {"POST", "/seed", dump, 400},
-             {"PUT", "/faults", "", 404},
-             {"GET", "", "", 404}}) {
-        EXPECT_EQ(control(method, below, body).status, status) << method << below << body;
+    for (const auto& [request, body, status, reason] :
+         std::vector<std::tuple<std::string, std::string, int, std::string>>{
+             {"POST /faults", "{", 400, "not JSON"},
+             {"POST /faults", R"({"status":"x"})", 400, "is not a whole number"},
+             {"POST /faults", R"({"stat":500})", 400, "no member"},
+             {"POST /faults", "{}", 400, "nothing goes wrong"},
+             {"POST /tokens", "{}", 400, "value"},
+             {"POST /tokens", R"({"value":"t","calls":-1})", 400, "less than nothing"},
+             {"POST /seed", dump, 400, "already"},
+             {"PUT /faults", "", 404, "PUT /faults"},
+             {"GET ", "", 404, "GET "}}) {
+        const std::size_t blank = request.find(' ');
+        const Answer refused = control(request.substr(0, blank), request.substr(blank + 1), body);
+        EXPECT_EQ(refused.status, status) << request << body;
+        EXPECT_NE(refused.json()["errorDescription"].get<std::string>().find(reason), std::string::npos)
+            << refused.body;
     }
     // A page of another host, by whatever name it reaches this one.
     EXPECT_EQ(client.send("POST", "/b/_control/reset", "", {{"Origin", "http://elsewhere"}}).status, 403);
