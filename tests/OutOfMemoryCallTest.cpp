@@ -1,6 +1,7 @@
 #include "support/ServiceTest.h"
 
 #include "support/FailingMemory.h"
+#include "support/SomeIssues.h"
 
 #include <cpprest/http_client.h>
 
@@ -32,12 +33,6 @@ using Where = FailingMemory::Where;
 /// one; and how long one that nothing disturbs, on a machine that is busy.
 constexpr std::chrono::milliseconds longest = 5s, timeOut = 3s, deadline = 2s, longestUndisturbed = 20s;
 
-constexpr const char* issues =
-    R"({"instances":[{"instanceId":"an id of some length","className":"AClass","properties":{)"
-    R"("_Subject":"A subject of some length","Closed":true,"Latitude":1.5,"_CreatedDate":"2020-01-02T03:04:05Z",)"
-    R"("Own text":"a text that is longer than others","Own number":17,"Own fraction":0.5,"Own flag":true}},)"
-    R"({"instanceId":"another id of some length","properties":{"_Subject":"Another subject, as long"}}]})";
-
 /// Answers when it is told to, and leaves the bodies of requests to whoever asks.
 class LateTransport final : public transport::Transport {
 public:
@@ -57,9 +52,9 @@ public:
     }
     void answer() {
         web::http::http_response response(200);
-        response.set_body(issues, m_Request.headers()["Accept"_t] == "application/octet-stream"_t
-                                      ? "application/octet-stream"
-                                      : "application/json");
+        response.set_body(someIssues, m_Request.headers()["Accept"_t] == "application/octet-stream"_t
+                                          ? "application/octet-stream"
+                                          : "application/json");
         m_Answer.set(response);
     }
     std::string sent() {
@@ -149,14 +144,6 @@ std::string textOf(const Model& model) {
     return utf8(model.toJson().serialize());
 }
 
-std::shared_ptr<DynamicSchemaBaseClassInstance> issue() {
-    auto json = web::json::value::parse(text(issues)).at("instances"_t).at(0);
-    auto body = std::make_shared<DynamicSchemaBaseClassInstance>();
-    body->setInstance(std::make_shared<DynamicSchemaBaseClassInstanceContent>());
-    body->getInstance()->fromJson(json);
-    return body;
-}
-
 struct Use {
     const char* name;
     /// All that comes of it.
@@ -174,7 +161,7 @@ constexpr Use calls[] = {
      90},
     {"inserts",
      [](Trial& trial) {
-         const auto body = issue();
+         const auto body = someIssue();
          const auto task =
              trial.in([&] { return BaseClassApi(trial.client()).insert_DynamicSchemaBaseClass("L"_t, {body}); });
          return textOf(*trial.settled(task)) + trial.sent();
@@ -322,7 +309,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcomes& outcomes) {
 
 class OutOfMemoryCallTest : public ::testing::Test {
 protected:
-    OutOfMemoryCallTest() { server.replyAlways(Reply::json(issues)); }
+    OutOfMemoryCallTest() { server.replyAlways(Reply::json(someIssues)); }
 
     Outcomes outcomesOf(const Use& use, bool isLate, How how, Where where) {
         Outcomes outcomes;

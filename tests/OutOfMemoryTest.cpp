@@ -1,5 +1,5 @@
 #include "support/FailingMemory.h"
-#include "support/Text.h"
+#include "support/SomeIssues.h"
 
 #include <VarnelAPI/Forms.h>
 
@@ -16,20 +16,6 @@ namespace {
 using namespace VarnelAPI::Forms::model;
 using How = FailingMemory::How;
 
-constexpr const char* issues =
-    R"({"instances":[{"instanceId":"an id of some length","className":"AClass","properties":{)"
-    R"("_Subject":"A subject of some length","Closed":true,"Latitude":1.5,"_CreatedDate":"2020-01-02T03:04:05Z",)"
-    R"("Own text":"a text that is longer than others","Own number":17,"Own fraction":0.5,"Own flag":true}},)"
-    R"({"instanceId":"another id of some length","properties":{"_Subject":"Another subject, as long"}}]})";
-
-std::shared_ptr<DynamicSchemaBaseClassInstance> issue() {
-    auto json = web::json::value::parse(text(issues)).at(_XPLATSTR("instances")).at(0);
-    auto body = std::make_shared<DynamicSchemaBaseClassInstance>();
-    body->setInstance(std::make_shared<DynamicSchemaBaseClassInstanceContent>());
-    body->getInstance()->fromJson(json);
-    return body;
-}
-
 struct Use {
     const char* name;
     /// All that comes of what it has `within` do, where memory may fail.
@@ -41,7 +27,7 @@ struct Use {
 constexpr Use uses[] = {
     {"reads a model",
      [](const auto& within) {
-         auto json = web::json::value::parse(text(issues));
+         auto json = web::json::value::parse(text(someIssues));
          DynamicSchemaBaseClassInstances model, copy;
          within([&] {
              model.fromJson(json);
@@ -60,7 +46,7 @@ constexpr Use uses[] = {
      5},
     {"writes a model",
      [](const auto& within) {
-         const auto body = issue();
+         const auto body = someIssue();
          web::json::value json;
          within([&] { json = body->toJson(); });
          return utf8(json.serialize());
@@ -68,7 +54,7 @@ constexpr Use uses[] = {
      15},
     {"writes a multipart body",
      [](const auto& within) {
-         const auto body = issue();
+         const auto body = someIssue();
          const std::string file(100, 'x');
          std::string written;
          within([&] {
