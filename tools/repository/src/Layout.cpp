@@ -49,18 +49,19 @@ constexpr const char* layout = R"(
     CREATE INDEX instances_of_owner ON instances(location, owner, schema, class);
 
     -- How many instances of a class there are among each 512 numbers: what a page leaves out need not be walked through.
+    -- A block is named by the first of its numbers.
     CREATE TABLE blocks(
         location TEXT NOT NULL, schema TEXT NOT NULL, class TEXT NOT NULL,
         block INTEGER NOT NULL,
         instances INTEGER NOT NULL,
         PRIMARY KEY(location, schema, class, block)) STRICT, WITHOUT ROWID;
     CREATE TRIGGER instance_is_added AFTER INSERT ON instances BEGIN
-        INSERT INTO blocks VALUES (new.location, new.schema, new.class, new.number / 512, 1)
+        INSERT INTO blocks VALUES (new.location, new.schema, new.class, new.number - new.number % 512, 1)
             ON CONFLICT DO UPDATE SET instances = instances + 1;
     END;
     CREATE TRIGGER instance_is_gone AFTER DELETE ON instances BEGIN
         UPDATE blocks SET instances = instances - 1 WHERE location = old.location AND schema = old.schema
-            AND class = old.class AND block = old.number / 512;
+            AND class = old.class AND block = old.number - old.number % 512;
     END;
 
     -- What the properties of an instance can be compared and ordered by; its kind is one of the enumeration ValueKind.

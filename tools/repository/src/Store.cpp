@@ -169,7 +169,7 @@ struct Beginning {
 
 Beginning beginningOf(Database& database, const ClassName& type, const std::vector<std::string>& classes,
                       std::int64_t skip) {
-    Sql sql{"SELECT block * 512, sum(instances) FROM blocks WHERE location = ? AND schema = ? AND class ",
+    Sql sql{"SELECT block, sum(instances) FROM blocks WHERE location = ? AND schema = ? AND class ",
             {type.location, type.schema}};
     sql += oneOf(classes);
     sql += {" GROUP BY block ORDER BY block", {}};
