@@ -16,6 +16,68 @@ bool isFilledBy(const http_response& response, const ResponseBody& body) {
     return filled.is_valid() && ResponseBody(filled.streambuf()).isSameAs(body);
 }
 
+/// Reads a stream to its end. The HTTP library would, by continuations that end the process where there is no memory.
+class Copying final : public std::enable_shared_from_this<Copying> {
+public:
+    Copying(const concurrency::streams::istream& from, const ResponseBody& to)
+        : m_From(from.streambuf()), m_To(to), m_Block(blockSize) {
+        if (!m_From.exception() && !m_From.can_read()) {
+            throw std::runtime_error("the body of the response is closed");
+        }
+    }
+
+    /// How much there was.
+    pplx::task<std::size_t> run() {
+        auto task = pplx::create_task(m_Done, inPoolOrHere());
+        goOn();
+        return task;
+    }
+
+private:
+    static constexpr std::size_t blockSize = 16384;
+
+    void goOn() {
+        settling(m_Done, [this] {
+            for (;;) {
+                const auto moved = piece();
+                if (!moved.is_done()) {
+                    const auto self = shared_from_this();
+                    continued(moved, [self](const pplx::task<std::size_t>& done) {
+                        settling(self->m_Done, [&] { self->count(done.get()) ? self->goOn() : void(); });
+                    });
+                    return;
+                }
+                if (!count(moved.get())) {
+                    return;
+                }
+            }
+        });
+    }
+    pplx::task<std::size_t> piece() {
+        const auto got = m_From.getn(m_Block.data(), m_Block.size());
+        if (got.is_done()) {
+            return m_To.putn_nocopy(m_Block.data(), got.get());
+        }
+        return continued(got, [self = shared_from_this()](std::size_t size) {
+            return self->m_To.putn_nocopy(self->m_Block.data(), size);
+        });
+    }
+    /// Whether there may be more.
+    bool count(std::size_t size) {
+        m_Size += size;
+        if (size == 0) {
+            m_Done.set(m_Size);
+        }
+        return size != 0;
+    }
+
+    concurrency::streams::streambuf<uint8_t> m_From;
+    ResponseBody m_To;
+    std::vector<uint8_t> m_Block;
+    std::size_t m_Size = 0;
+    const pplx::task_completion_event<std::size_t> m_Done;
+};
+
 /// A transport may bring a body of its own instead of filling the stream of the request: a response like one that it
 /// filled. The other is left alone, as its own transfer may go on.
 pplx::task<http_response> withOwnBody(const http_response& other, const ResponseBody& body,
@@ -28,7 +90,7 @@ pplx::task<http_response> withOwnBody(const http_response& other, const Response
     impl->set_instream(content);
     auto received = pplx::task_from_result<std::size_t>(0);
     if (other.body().is_valid()) {
-        received = other.body().read_to_end(body);
+        received = std::make_shared<Copying>(other.body(), body)->run();
     }
     return continued(received, [response](std::size_t size) {
         response._get_impl()->_complete(size);
@@ -89,7 +151,7 @@ web::uri serviceAddress(const utility::string_t& text) {
 }
 
 pplx::task<http_response> exchange(Call call, OnResponse onResponse) {
-    const auto buffer = ResponseBuffer::make();
+    const auto buffer = std::make_shared<ResponseBuffer>();
     const ResponseBody body(buffer);
     call.request.set_response_stream(body.create_ostream());
     // Made before the request is sent: a transfer that fails at once closes the buffer, which then gives no stream.

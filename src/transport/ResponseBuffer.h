@@ -2,12 +2,13 @@
 
 #include <VarnelAPI/Forms/detail/HttpClientLibrary.h>
 
+#include <atomic>
 #include <functional>
+#include <list>
 #include <mutex>
+#include <vector>
 
 namespace VarnelAPI::Forms::transport::detail {
-
-using LibraryBuffer = concurrency::streams::details::basic_producer_consumer_buffer<uint8_t>;
 
 /// A part of a buffer that must be there before the rest of it.
 struct Admission {
@@ -15,14 +16,15 @@ struct Admission {
     pplx::task<void> m_Admitted{m_Admission};
 };
 
-/// The buffer that the HTTP library itself would use. It is written to in threads that catch nothing, and it is asked
-/// to write almost 2^64 bytes when the service sends a chunk of negative length. Until somebody has looked at the
-/// response, and may have discarded its body, little of it is taken: the transfer waits.
-class ResponseBuffer final : private Admission, public LibraryBuffer {
+/// Holds what came of a response until it is read; who reads more than there is waits for it, or for the end. It is as
+/// the HTTP library's own, which needs memory to be destroyed, and ends the process where there is none.
+///
+/// It is written to in threads that catch nothing, and it is asked to write almost 2^64 bytes when the service sends a
+/// chunk of negative length. Until somebody has looked at the response, and may have discarded its body, little of it
+/// is taken: the transfer waits.
+class ResponseBuffer final : private Admission, public concurrency::streams::details::streambuf_state_manager<uint8_t> {
 public:
-    /// The way to make one: its destructor, which is the HTTP library's, needs memory. If there is none when the last
-    /// pointer goes, the buffer is emptied and never freed.
-    static std::shared_ptr<ResponseBuffer> make();
+    ResponseBuffer() : streambuf_state_manager(std::ios_base::in | std::ios_base::out) {}
 
     using Sink = std::function<void(const uint8_t*, std::size_t)>;
     using Counter = std::function<void(uint64_t)>;
@@ -39,22 +41,69 @@ public:
     /// How many bytes came so far.
     uint64_t taken() const { return m_Taken; }
 
-    // The library's own failure has no lock, though a transfer fails in one thread while another one reads.
+    // The base's failure has no lock, though a transfer fails in one thread while another one reads.
     std::exception_ptr exception() const override;
-    using LibraryBuffer::close;
+    pplx::task<void> close(std::ios_base::openmode mode) override;
     pplx::task<void> close(std::ios_base::openmode mode, std::exception_ptr failure) override;
 
+    bool can_seek() const override { return false; }
+    bool has_size() const override { return false; }
+    std::size_t buffer_size(std::ios_base::openmode) const override { return 0; }
+    void set_buffer_size(std::size_t, std::ios_base::openmode) override {}
+    pos_type seekpos(pos_type, std::ios_base::openmode) override { return traits::eof(); }
+    pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override { return traits::eof(); }
+    pos_type getpos(std::ios_base::openmode mode) const override;
+    std::size_t in_avail() const override;
+    bool acquire(uint8_t*& bytes, std::size_t& size) override;
+    void release(uint8_t* bytes, std::size_t size) override;
+
 private:
-    static constexpr std::size_t ahead = 65536;
+    static constexpr std::size_t ahead = 65536, smallestBlock = 512;
 
-    ResponseBuffer() : LibraryBuffer(512) {}
-    void emptyOut();
+    pplx::task<std::size_t> _putn(const uint8_t* bytes, std::size_t size) override;
+    pplx::task<int_type> _putc(uint8_t byte) override;
+    uint8_t* _alloc(std::size_t) override { return nullptr; } // All goes by `_putn`, then.
+    void _commit(std::size_t) override {}
+    pplx::task<bool> _sync() override;
 
-    pplx::task<std::size_t> _putn(const uint8_t* data, std::size_t size) override;
-    pplx::task<std::size_t> take(const uint8_t* data, std::size_t size);
+    pplx::task<std::size_t> _getn(uint8_t* bytes, std::size_t size) override;
+    std::size_t _scopy(uint8_t* bytes, std::size_t size) override;
+    pplx::task<int_type> _bumpc() override;
+    pplx::task<int_type> _getc() override;
+    pplx::task<int_type> _nextc() override;
+    pplx::task<int_type> _ungetc() override { return pplx::task_from_result<int_type>(traits::eof()); }
+    int_type _sbumpc() override;
+    int_type _sgetc() override;
+
+    std::size_t take(const uint8_t* bytes, std::size_t size);
+    std::size_t write(const uint8_t* bytes, std::size_t size);
+    void serveReads();
+    template <class Result, class Work>
+    pplx::task<Result> whenThere(std::size_t size, Work work);
+
+    // With the lock held:
+    bool isThere(std::size_t size) const { return m_Synced != 0 || m_Available >= size || !can_write(); }
+    std::size_t copy(uint8_t* target, std::size_t size) const;
+    std::size_t read(uint8_t* target, std::size_t size);
+    void drop(std::size_t size);
+    int_type peekByte() const;
+    int_type readByte();
 
     mutable std::mutex m_Mutex;
     std::exception_ptr m_Failure;
+    /// None is empty; of the first, this much was read. They never grow beyond what they reserved: who reads may have a
+    /// pointer into them.
+    std::list<std::vector<uint8_t>> m_Blocks;
+    std::size_t m_Begin = 0;
+    std::size_t m_Available = 0;
+    /// How much may be read by who asked for more: what was there when the stream was flushed.
+    std::size_t m_Synced = 0;
+    uint64_t m_Dropped = 0;
+    struct Read {
+        std::size_t size;
+        std::function<void(std::unique_lock<std::mutex>&)> complete;
+    };
+    std::list<Read> m_Reads;
     std::atomic<uint64_t> m_Taken{0};
     /// Held while a piece is handed over, so that no piece overtakes another one. Both functions may end the call, and
     /// so close this buffer.
