@@ -644,6 +644,155 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
     expectBody("a file");
 }
 
+/// Answers with a body that the test writes, piece by piece: in the stream that is there for it, or in one of its own.
+struct WritingTransport final : Transport {
+    explicit WritingTransport(bool isOfItsOwn) : isOwn(isOfItsOwn) {}
+    pplx::task<web::http::http_response> send(const web::uri&, const web::http::client::http_client_config&,
+                                              web::http::http_request request,
+                                              const pplx::cancellation_token&) override {
+        web::http::http_response response(200);
+        if (isOwn) {
+            response.set_body(stream, "application/json");
+            out = own;
+        } else {
+            response._get_impl()->set_outstream(request._get_impl()->_response_stream(), false);
+            out = request._get_impl()->_response_stream().streambuf();
+        }
+        answer = response;
+        return pplx::task_from_result(response);
+    }
+    void write(const std::string& bytes) {
+        EXPECT_EQ(out.putn_nocopy(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()).get(), bytes.size());
+    }
+    const bool isOwn;
+    concurrency::streams::producer_consumer_buffer<uint8_t> own;
+    concurrency::streams::istream stream = own.create_istream();
+    concurrency::streams::streambuf<uint8_t> out;
+    web::http::http_response answer;
+};
+
+TEST_F(TransportTest, BodiesAreReadAsTheyComeIn) {
+    const auto writing = std::make_shared<WritingTransport>(false);
+    configuration->setTransport(writing);
+    auto in = client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "").get().body().streambuf();
+    auto& out = writing->out;
+    const auto none = concurrency::streams::char_traits<uint8_t>::requires_async();
+    constexpr auto end = concurrency::streams::char_traits<uint8_t>::eof();
+    std::string bytes(1000, '.');
+    const auto place = reinterpret_cast<uint8_t*>(bytes.data());
+    const auto start = [&](std::size_t size) {
+        bytes.assign(size, '.');
+        return in.getn(place, size);
+    };
+    uint8_t* block = nullptr;
+    std::size_t size = 0;
+    EXPECT_FALSE(in.acquire(block, size));
+    EXPECT_EQ(in.sgetc(), none);
+    EXPECT_EQ(in.sbumpc(), none);
+    EXPECT_EQ(in.scopy(place, 1), static_cast<std::size_t>(none));
+    // A read waits for all that it asks for.
+    const auto five = start(5);
+    writing->write("abcd");
+    EXPECT_FALSE(five.is_done());
+    writing->write("efgh");
+    EXPECT_EQ(five.get(), 5U);
+    EXPECT_EQ(bytes, "abcde");
+    EXPECT_EQ(in.in_avail(), 3U);
+    EXPECT_EQ(in.getpos(std::ios_base::in), 5);
+    EXPECT_EQ(out.getpos(std::ios_base::out), 8);
+    // Some only look.
+    EXPECT_EQ(in.scopy(place, 2), 2U);
+    EXPECT_EQ(bytes, "fgcde");
+    EXPECT_EQ(in.scopy(place, 4), static_cast<std::size_t>(none));
+    EXPECT_EQ(in.sgetc(), 'f');
+    EXPECT_EQ(in.getc().get(), 'f');
+    EXPECT_EQ(in.sbumpc(), 'f');
+    EXPECT_EQ(in.nextc().get(), 'h');
+    EXPECT_EQ(in.bumpc().get(), 'h');
+    const auto byte = in.getc();
+    EXPECT_FALSE(byte.is_done());
+    EXPECT_EQ(out.putc('i').get(), 'i');
+    EXPECT_EQ(byte.get(), 'i');
+    const auto next = in.nextc();
+    EXPECT_FALSE(next.is_done());
+    writing->write("jk");
+    EXPECT_EQ(next.get(), 'j');
+    // What is flushed is all there is for now.
+    const auto flushed = start(10);
+    EXPECT_FALSE(flushed.is_done());
+    out.sync().get();
+    EXPECT_EQ(flushed.get(), 2U);
+    EXPECT_EQ(bytes.substr(0, 3), "jk.");
+    const auto more = start(3);
+    writing->write("l");
+    EXPECT_FALSE(more.is_done());
+    // Pieces of any size are read across, or as they lie there.
+    const std::string large(700, 'x');
+    writing->write("m" + large);
+    EXPECT_EQ(more.get(), 3U);
+    EXPECT_EQ(bytes, "lmx");
+    writing->write("n");
+    writing->write(large);
+    EXPECT_EQ(start(705).get(), 705U);
+    EXPECT_EQ(bytes, large.substr(1) + "n" + large.substr(0, 5));
+    ASSERT_TRUE(in.acquire(block, size));
+    EXPECT_EQ(std::string(block, block + size), large.substr(5));
+    in.release(block, size - 1);
+    ASSERT_TRUE(in.acquire(block, size));
+    EXPECT_EQ(size, 1U);
+    // At the end, there is less.
+    const auto last = start(2);
+    EXPECT_FALSE(last.is_done());
+    out.close(std::ios_base::out).get();
+    EXPECT_EQ(last.get(), 1U);
+    EXPECT_EQ(start(2).get(), 0U);
+    EXPECT_TRUE(in.is_eof());
+    EXPECT_EQ(in.sbumpc(), end);
+    EXPECT_EQ(in.nextc().get(), end);
+    EXPECT_EQ(out.putc('o').get(), end);
+    EXPECT_TRUE(in.acquire(block, size));
+    EXPECT_EQ(block, nullptr);
+    EXPECT_EQ(out.getpos(std::ios_base::out), end);
+}
+
+TEST_F(TransportTest, BodiesThatFailWhileTheyAreReadSayWhy) {
+    const auto writing = std::make_shared<WritingTransport>(false);
+    configuration->setTransport(writing);
+    auto in = client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "").get().body().streambuf();
+    writing->write("ab");
+    uint8_t byte = 0;
+    EXPECT_EQ(in.getn(&byte, 1).get(), 1U);
+    EXPECT_EQ(byte, 'a');
+    const auto waiting = in.nextc();
+    writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("first"))).get();
+    writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("second"))).get();
+    EXPECT_EQ(messageOf<std::range_error>([&] { waiting.get(); }), "first");
+    EXPECT_EQ(messageOf<std::range_error>([&] { in.getn(&byte, 1).get(); }), "first");
+}
+
+TEST_F(TransportTest, ABodyOfTheTransportsOwnIsTakenToItsEnd) {
+    const auto answerOf = [&](const std::shared_ptr<WritingTransport>& writing) {
+        configuration->setTransport(writing);
+        return list(client);
+    };
+    const std::string large = "{\"instances\":[" + std::string(200000, ' ');
+    const auto late = std::make_shared<WritingTransport>(true);
+    const auto lateAnswer = answerOf(late);
+    late->write(large);
+    late->write("{}]}");
+    EXPECT_FALSE(lateAnswer.is_done());
+    late->out.close(std::ios_base::out).get();
+    EXPECT_EQ(lateAnswer.get()->getInstances().size(), 1U);
+    const auto broken = std::make_shared<WritingTransport>(true);
+    const auto brokenAnswer = answerOf(broken);
+    broken->write(large);
+    broken->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("broken"))).get();
+    EXPECT_EQ(messageOf<std::range_error>([&] { brokenAnswer.get(); }), "broken");
+    const auto closed = std::make_shared<WritingTransport>(true);
+    closed->own.close(std::ios_base::in).get();
+    EXPECT_EQ(endOf(answerOf(closed)), "the body of the response is closed");
+}
+
 #if defined(FORMS_TEST_CURL)
 
 class CurlTransportTest : public TransportTest {
