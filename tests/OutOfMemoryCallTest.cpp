@@ -193,6 +193,15 @@ constexpr Use calls[] = {
          return utf8(response.extract_string(true).get()) + std::to_string(trial.sent().size());
      },
      90},
+    {"saves",
+     [](Trial& trial) {
+         const auto saved = std::make_shared<std::string>();
+         const auto sink = [saved](const uint8_t* bytes, std::size_t size) { saved->append(bytes, bytes + size); };
+         const auto client = trial.client()->with(transport::CallOptions().saveTo(sink));
+         trial.settled(trial.in([&] { return client->callApi("/base/x"_t, "GET"_t, {}, nullptr, {}, {}, {}, ""_t); }));
+         return *saved;
+     },
+     60},
     {"has wishes",
      [](Trial& trial) {
          static const auto credentials = std::make_shared<transport::Credentials>([](auto) {

@@ -759,10 +759,18 @@ TEST_F(TransportTest, BodiesThatFailWhileTheyAreReadSayWhy) {
     const auto writing = std::make_shared<WritingTransport>(false);
     configuration->setTransport(writing);
     auto in = client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "").get().body().streambuf();
+    const auto answer = writing->answer;
+    const auto out = writing->out;
     writing->write("ab");
     uint8_t byte = 0;
     EXPECT_EQ(in.getn(&byte, 1).get(), 1U);
     EXPECT_EQ(byte, 'a');
+    auto unread = client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "").get().body().streambuf();
+    unread.close(std::ios_base::in).get();
+    writing->write("cd");
+    EXPECT_FALSE(unread.can_read());
+    EXPECT_EQ(unread.in_avail(), 0U) << "nobody will ask for it";
+    writing->out = out;
     const auto waiting = in.nextc();
     writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("first"))).get();
     writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("second"))).get();
