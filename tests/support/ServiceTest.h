@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 
 namespace forms_test {
 
@@ -38,6 +40,19 @@ protected:
     std::shared_ptr<api::ApiConfiguration> configuration = std::make_shared<api::ApiConfiguration>();
     std::shared_ptr<api::ApiClient> client = std::make_shared<api::ApiClient>(configuration);
 };
+
+/// The result of a task that needs nothing more; the test fails if it does not settle.
+template <class Result>
+Result soon(const pplx::task<Result>& task) {
+    const auto end = std::chrono::steady_clock::now() + RecordingServer::patience;
+    while (!task.is_done()) {
+        if (std::chrono::steady_clock::now() > end) {
+            throw std::logic_error("the task does not settle");
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(50));
+    }
+    return task.get();
+}
 
 inline std::string bytesOf(std::istream& stream) {
     return {std::istreambuf_iterator<char>(stream), {}};

@@ -103,7 +103,7 @@ void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
     try {
         m_Active.insert(transfer);
     } catch (...) {
-        transfer->ends(std::current_exception());
+        transfer->ends(std::current_exception(), End::AtOnce);
         return;
     }
     m_MayShare = m_MayShare || (m_Options.http2 && m_Active.size() > 1);
@@ -114,11 +114,11 @@ void CurlLoop::add(const std::shared_ptr<CurlTransfer>& transfer) {
     }
 }
 
-void CurlLoop::take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) noexcept {
+void CurlLoop::take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure, End end) noexcept {
     const auto kept = transfer; // NOLINT(performance-unnecessary-copy-initialization): it may be that of the set
     if (m_Active.erase(kept) != 0) {
         curl_multi_remove_handle(m_Multi, kept->handle());
-        kept->ends(std::move(failure));
+        kept->ends(std::move(failure), end);
     }
 }
 
@@ -140,7 +140,7 @@ void CurlLoop::takeEnded() {
             CurlTransfer* transfer = nullptr;
             curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
             const CURLcode code = message->data.result;
-            take(transfer->shared_from_this(), transfer->failureOf(code));
+            take(transfer->shared_from_this(), transfer->failureOf(code), End::AfterWriting);
         }
     }
 }

@@ -39,8 +39,11 @@ public:
     /// Ends the thread when no transfer is left.
     void close();
 
+    /// When an end is told: at once, or when all that came before it was written.
+    enum class End { AtOnce, AfterWriting };
     /// Takes a transfer out that ended, or is to end, with this failure, if any.
-    void take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure) noexcept;
+    void take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure,
+              End end = End::AtOnce) noexcept;
 
 private:
     static void haltAll();

@@ -311,11 +311,12 @@ std::exception_ptr CurlTransfer::endedBy(CURLcode code) const {
     }
 }
 
-void CurlTransfer::ends(std::exception_ptr failure) noexcept {
+void CurlTransfer::ends(std::exception_ptr failure, CurlLoop::End end) noexcept {
     m_IsEnded = true;
+    const bool isOurs = m_Failure != nullptr;
     m_Failure = m_Failure ? m_Failure : std::move(failure);
     curl_easy_cleanup(std::exchange(m_Handle, nullptr));
-    if (!m_IsWriting || m_Failure) {
+    if (!m_IsWriting || isOurs || end == CurlLoop::End::AtOnce) {
         settle();
     }
 }

@@ -33,7 +33,7 @@ public:
     /// What it fails with, given how libcurl ended it; null for a success.
     std::exception_ptr failureOf(CURLcode code) const noexcept;
     /// It was taken out of the loop.
-    void ends(std::exception_ptr failure) noexcept;
+    void ends(std::exception_ptr failure, CurlLoop::End end) noexcept;
 
 private:
     void configure();
