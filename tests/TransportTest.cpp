@@ -723,6 +723,11 @@ TEST_F(TransportTest, BodiesAreReadAsTheyComeIn) {
     out.sync().get();
     EXPECT_EQ(soon(flushed), 2U);
     EXPECT_EQ(bytes.substr(0, 3), "jk.");
+    writing->write("jklm");
+    out.sync().get();
+    EXPECT_EQ(soon(start(2)), 2U);
+    EXPECT_EQ(soon(start(10)), 2U);
+    EXPECT_EQ(bytes.substr(0, 3), "lm.");
     const auto more = start(3);
     writing->write("l");
     EXPECT_FALSE(more.is_done());

@@ -224,7 +224,7 @@ std::size_t ResponseBuffer::take(const uint8_t* bytes, std::size_t size) {
 
 std::size_t ResponseBuffer::write(const uint8_t* bytes, std::size_t size) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
-    if (!can_write() || size == 0) {
+    if (!can_write()) {
         return 0;
     }
     if (!can_read()) {
