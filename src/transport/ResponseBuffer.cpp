@@ -69,7 +69,7 @@ void ResponseBuffer::release(uint8_t* bytes, std::size_t size) {
     }
 }
 
-std::size_t ResponseBuffer::copy(uint8_t* target, std::size_t size) const {
+std::size_t ResponseBuffer::peek(uint8_t* target, std::size_t size) const {
     std::size_t copied = 0;
     std::size_t begin = m_Begin;
     for (const auto& block : m_Blocks) {
@@ -85,7 +85,7 @@ std::size_t ResponseBuffer::copy(uint8_t* target, std::size_t size) const {
 }
 
 std::size_t ResponseBuffer::read(uint8_t* target, std::size_t size) {
-    const std::size_t copied = copy(target, size);
+    const std::size_t copied = peek(target, size);
     drop(copied);
     return copied;
 }
@@ -103,7 +103,7 @@ void ResponseBuffer::drop(std::size_t size) {
 
 ResponseBuffer::int_type ResponseBuffer::peekByte() const {
     uint8_t byte = 0;
-    return copy(&byte, 1) == 1 ? static_cast<int_type>(byte) : traits::eof();
+    return peek(&byte, 1) == 1 ? static_cast<int_type>(byte) : traits::eof();
 }
 
 ResponseBuffer::int_type ResponseBuffer::readByte() {
@@ -160,7 +160,7 @@ pplx::task<ResponseBuffer::int_type> ResponseBuffer::_nextc() {
 
 std::size_t ResponseBuffer::_scopy(uint8_t* bytes, std::size_t size) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
-    return isThere(size) ? copy(bytes, size) : static_cast<std::size_t>(traits::requires_async());
+    return isThere(size) ? peek(bytes, size) : static_cast<std::size_t>(traits::requires_async());
 }
 
 ResponseBuffer::int_type ResponseBuffer::_sbumpc() {

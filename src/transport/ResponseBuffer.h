@@ -83,7 +83,7 @@ private:
 
     // With the lock held:
     bool isThere(std::size_t size) const { return m_Synced != 0 || m_Available >= size || !can_write(); }
-    std::size_t copy(uint8_t* target, std::size_t size) const;
+    std::size_t peek(uint8_t* target, std::size_t size) const;
     std::size_t read(uint8_t* target, std::size_t size);
     void drop(std::size_t size);
     int_type peekByte() const;
