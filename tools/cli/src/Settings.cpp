@@ -6,6 +6,8 @@
 
 #include <VarnelAPI/Forms/detail/HttpClientLibrary.h>
 
+#include <boost/algorithm/string/predicate.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -211,6 +213,15 @@ Settings settings(const Access& flags, const std::string& profile, const std::ve
                 addHeader(result.headers, line);
             }
         }
+    }
+    const auto own = std::find_if(result.headers.begin(), result.headers.end(), [](const auto& header) {
+        return boost::algorithm::iequals(header.first, "Authorization");
+    });
+    if (own != result.headers.end() && flags.tokenFile.empty()) {
+        result.token.clear(); // A flag beats what is elsewhere.
+        result.withheld.clear();
+    } else if (own != result.headers.end()) {
+        result.headers.erase(own);
     }
     return result;
 }
