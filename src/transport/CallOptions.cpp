@@ -22,7 +22,7 @@ namespace {
 bool isTraceContext(const utility::string_t& text) {
     const utility::string_t form = _XPLATSTR("00-xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx-xxxxxxxxxxxxxxxx-xx");
     const auto isId = [&](std::size_t begin, std::size_t size) {
-        return text.substr(begin, size).find_first_not_of(_XPLATSTR("0")) != utility::string_t::npos;
+        return text.substr(begin, size).find_first_not_of(_XPLATSTR('0')) != utility::string_t::npos;
     };
     constexpr std::size_t trace = 3, traceSize = 32, parent = 36, parentSize = 16;
     return std::equal(form.begin(), form.end(), text.begin(), text.end(),

@@ -51,6 +51,7 @@ long milliseconds(std::chrono::microseconds time) {
 
 /// The file of the certificates that OpenSSL trusts, if it has one. libcurl's own default is another one.
 std::string systemCertificates() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): who changes the environment must do that before there are threads
     const char* const named = std::getenv(X509_get_default_cert_file_env());
     const std::string file = named != nullptr ? named : X509_get_default_cert_file();
     std::error_code ignored;

@@ -62,7 +62,7 @@ pplx::task<http_response> CurlTransport::send(const web::uri& base, const http_c
                                                               const std::shared_ptr<web::http::http_pipeline_stage>&) {
         return std::make_shared<detail::CurlTransfer>(loop, base, settings, authorized)->start(token);
     });
-    return stages.request(std::move(request), token);
+    return stages.request(request, token);
 }
 
 } // namespace VarnelAPI::Forms::transport

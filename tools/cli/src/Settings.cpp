@@ -23,7 +23,7 @@ namespace VarnelAPI::Forms::cli {
 namespace {
 
 std::string environment(const char* name) {
-    const char* value = std::getenv(name);
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): there are no other threads yet
     return value == nullptr ? std::string() : value;
 }
 
@@ -57,6 +57,24 @@ void addHeader(std::map<std::string, std::string>& headers, const std::string& l
         throw Usage("a header is \"Name: value\" or @FILE");
     }
     headers[name] = trimmed(line.substr(colon + 1));
+}
+
+/// What was given, and what stands in files that were.
+std::map<std::string, std::string> headersOf(const std::vector<std::string>& given) {
+    std::map<std::string, std::string> headers;
+    for (const std::string& header : given) {
+        if (header.empty() || header.front() != '@') {
+            addHeader(headers, header);
+            continue;
+        }
+        std::istringstream lines(readFile(header.substr(1)));
+        for (std::string line; std::getline(lines, line);) {
+            if (!trimmed(line).empty()) {
+                addHeader(headers, line);
+            }
+        }
+    }
+    return headers;
 }
 
 std::string tokenOf(const Access& access) {
@@ -173,6 +191,19 @@ std::string readToken(const std::string& file) {
     return token;
 }
 
+/// There is one authorization, a header of one's own or a token.
+void preferHeader(Settings& settings, bool isTokenFlag) {
+    const auto own = std::find_if(settings.headers.begin(), settings.headers.end(), [](const auto& header) {
+        return boost::algorithm::iequals(header.first, "Authorization");
+    });
+    if (own != settings.headers.end() && !isTokenFlag) {
+        settings.token.clear(); // A flag beats what is elsewhere.
+        settings.withheld.clear();
+    } else if (own != settings.headers.end()) {
+        settings.headers.erase(own);
+    }
+}
+
 Settings settings(const Access& flags, const std::string& profile, const std::vector<std::string>& headers) {
     const Access variables{
         environment("VARNEL_FORMS_URL"), environment("VARNEL_FORMS_LOCATION"), environment("VARNEL_FORMS_TOKEN"), {}};
@@ -202,27 +233,8 @@ Settings settings(const Access& flags, const std::string& profile, const std::ve
         }
         result.withheld = "the token for " + originOf(source->url) + " is not sent to " + origin;
     }
-    for (const std::string& header : headers) {
-        if (header.empty() || header.front() != '@') {
-            addHeader(result.headers, header);
-            continue;
-        }
-        std::istringstream lines(readFile(header.substr(1)));
-        for (std::string line; std::getline(lines, line);) {
-            if (!trimmed(line).empty()) {
-                addHeader(result.headers, line);
-            }
-        }
-    }
-    const auto own = std::find_if(result.headers.begin(), result.headers.end(), [](const auto& header) {
-        return boost::algorithm::iequals(header.first, "Authorization");
-    });
-    if (own != result.headers.end() && flags.tokenFile.empty()) {
-        result.token.clear(); // A flag beats what is elsewhere.
-        result.withheld.clear();
-    } else if (own != result.headers.end()) {
-        result.headers.erase(own);
-    }
+    result.headers = headersOf(headers);
+    preferHeader(result, !flags.tokenFile.empty());
     return result;
 }
 
