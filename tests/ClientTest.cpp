@@ -1,5 +1,8 @@
 #include "support/ServiceTest.h"
 
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ip/unicast.hpp>
+
 namespace forms_test {
 namespace {
 
@@ -516,7 +519,13 @@ TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
 
     web::http::client::http_client_config settings;
     int sockets = 0;
-    settings.set_nativehandle_options([&sockets](web::http::client::native_handle) { ++sockets; });
+    settings.set_nativehandle_options([&sockets](web::http::client::native_handle handle) {
+        ++sockets;
+        auto* const socket = static_cast<boost::asio::ip::tcp::socket*>(handle);
+        if (socket->is_open()) { // as it is over curl, where it must know its protocol
+            socket->set_option(boost::asio::ip::unicast::hops(64));
+        }
+    });
     web::http::oauth2::experimental::oauth2_config oauth("id"_t, "key"_t, "http://a/"_t, "http://t/"_t, "http://r/"_t);
     oauth.set_token(web::http::oauth2::experimental::oauth2_token("token"_t));
     settings.set_oauth2(oauth);

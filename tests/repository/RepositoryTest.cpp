@@ -465,6 +465,7 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
                            {"GET", "S/C?$filter=+a+eq+'x", "", 400, "starts at position 6"},
                            {"GET", "S/C?$filter=a+gt+true", "", 400, "'gt' needs a number"},
                            {"GET", "S/C?$filter=a+is+1", "", 400, "le or in"},
+                           {"GET", "S/C?$filter=a+'eq'+1", "", 400, "le or in"},
                            {"GET", "S/C?$filter=(a+eq+1", "", 400, "')'"},
                            {"GET", "S/C?$filter=contains(a+'x')", "", 400, "','"},
                            {"GET", "S/C?$orderby=a,,b", "", 400, "$orderby"},
