@@ -320,6 +320,7 @@ def verbs(repository):
         ("varnel-forms upload attachments photo.jpg --of I-2 --set Name=n --jq .properties.Name", 0, "=n\n", "^Uploaded"),
         ("varnel-forms list attachments --of I-2 --jq length", 0, 2, "="),
         ("varnel-forms download attachments O-1 --location odd --to in", 0, "=", "Saved in/O-1", {"then": fetched("in/O-1", b"h")}),
+        ("varnel-forms upload files F-1 photo.jpg -n", 0, "^PUT .*/DynamicSchema/File/F-1/\\$file\n", "=", unsent),
         ("varnel-forms upload attachments A-1 nowhere.bin", 1, "=", "Uploading nowhere.bin failed", unsent),
         ("varnel-forms upload attachments A-1 in", 1, "=", "Uploading in failed", unsent),
         ("varnel-forms upload issues I-1 photo.jpg", 2, "=", "takes no files of issues", unsent),
@@ -458,8 +459,8 @@ def outputs(repository):
     for columns, pattern in [(40, "(?m)^0d602ab4-cf59-41bf-b42c-cfb812f6589c$"), (80, "(?m)^0d602ab4-cf59-41bf-b42c-cfb812f6589c  Defect")]:
         _, text, _ = on_terminal(repository, table + "--location ids", columns, env={"NO_COLOR": "1"})
         expect(f"ids in {columns} columns", "they stay whole, or stand in a record", matches(pattern, text), text)
-    _, text, _ = on_terminal(repository, "varnel-forms get issues 0d602ab4-cf59-41bf-b42c-cfb812f6589c --location ids", 30, env={"NO_COLOR": "1"})
-    expect("a long text in 30 columns", "how it goes on", "_Subject  A subject of some\n          length\n" in text, text)
+    _, text, _ = on_terminal(repository, "varnel-forms get issues 0d602ab4-cf59-41bf-b42c-cfb812f6589c --location ids", 28, env={"NO_COLOR": "1"})
+    expect("a long text in 28 columns", "how it goes on", "_Subject  A subject of some\n          length\n" in text, text)
     _, text, _ = on_terminal(repository, "varnel-forms get issues I-1 --location odd --columns _Subject,A_rather_long_name", 30, env={"NO_COLOR": "1"})
     expect("a long name in 30 columns", "how much of it there is", "A_rather_…\n" in text, text)
 
@@ -645,6 +646,13 @@ def manners(repository):
            all(len(part.rstrip("\n")) <= 40 for part in text.split("\r")), code, text)
     code, out, err = run(repository, "varnel-forms download attachments A-2 --to slow2.bin")
     expect("a bar in a pipe", "there is none", code == 0 and err == "Saved slow2.bin.\n" and out == "", out, err)
+    repository.control("DELETE", "faults")
+    repository.control("POST", "faults", {"operation": "list", "times": 0, "delay": 200})
+    for command, shown in [("list issues --all --location many > /dev/null", r"\r\d+ issues"),
+                           ("export issues --location many --to many.csv", r"\] \d+ of 230 issues"),
+                           ("export issues --location many --filter \"_Subject ne 'x'\" --to many.csv", r"\r\d+ issues")]:
+        _, text, _ = on_terminal(repository, "varnel-forms " + command)
+        expect(command, "what it counts", re.search(shown, text), text)
     for name, fault, command in [
         ("download", slow, "varnel-forms download attachments A-2 --to gone.bin"),
         ("list", {"operation": "list", "isStall": True, "times": 0}, "varnel-forms list issues > gone.json"),
@@ -734,6 +742,7 @@ def help_and_demo(repository):
     manual = run(there, "varnel-forms manual")[1].replace("\\", "")
     missing = [name for name in names + ["--jq", "--dry-run", "VARNEL_FORMS_TOKEN", "Exit codes"] if name not in manual]
     expect("manual", "what is missing", not missing and manual.startswith(".TH VARNEL-FORMS 1") and
+           re.findall(r"(?m)^\.SH (.*)$", manual) == ["NAME", "SYNOPSIS", "DESCRIPTION", "COMMANDS", "OPTIONS"] and
            "\n.B --jq VALUE\n" in manual and manual.count("\n.nf\n") == manual.count("\n.fi\n"), missing)
     demo.send_signal(signal.SIGINT)
     expect("demo", "how it ends", demo.wait(PATIENCE) == 130)

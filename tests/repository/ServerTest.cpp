@@ -985,6 +985,9 @@ TEST(KeptTest, ADatabaseThatCantBeWrittenIsAnErrorAtOnce) {
         EXPECT_LT(std::chrono::steady_clock::now() - begin, 15s);
         other.run("COMMIT");
         EXPECT_EQ(client.send("POST", "S/C", empty).status, 201);
+        other.run("CREATE TRIGGER no BEFORE UPDATE ON instances BEGIN SELECT RAISE(ABORT, 'not now'); END");
+        refused("not now");
+        other.run("DROP TRIGGER no");
         // Where its file is not, what is written is lost.
         fs::rename(options.database, folder.file("elsewhere"));
         refused("moved or removed");
