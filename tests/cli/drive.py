@@ -356,6 +356,9 @@ def verbs(repository):
         ("varnel-forms api GET DynamicSchema/Defect --query \"\\$filter=Status eq 'a=b'\" --jq '.instances|length'", 0, 0, "="),
         *[(f"varnel-forms list issues {wrong}", 2, "=", wrong.split()[0], unsent)
           for wrong in ["--top 0", "--skip -1", "--timeout 0", "--retries -1", "--retries 101"]],
+        *[(f"varnel-forms {command}", 2, "=", f"{missing} is required", unsent) for command, missing in [
+            ("list", "FAMILY"), ("get issues", "ID"), ("upload attachments", "TARGET"), ("api", "METHOD"), ("api GET", "PATH"),
+            ("profile use", "NAME"), ("completion", "SHELL")]],
         ("varnel-forms demo --port 65536", 2, "=", "--port"),
     ])
     # Each family: its path, a property of it, and the first letters of what it offers. An update reads first.

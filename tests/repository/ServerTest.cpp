@@ -707,6 +707,9 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
         EXPECT_NE(refused.json()["errorDescription"].get<std::string>().find(reason), std::string::npos)
             << refused.body;
     }
+    const std::size_t served = server.requests().size();
+    EXPECT_EQ(client.send("POST", "/b/_control/reset", "x", {{"Content-Encoding", "br"}}).status, 415);
+    EXPECT_EQ(server.requests().size(), served) << "of these nothing is noted";
     // A page of another host, by whatever name it reaches this one.
     EXPECT_EQ(client.send("POST", "/b/_control/reset", "", {{"Origin", "http://elsewhere"}}).status, 403);
     EXPECT_EQ(client.send("POST", "/b/_control/reset", "", {{"Host", "elsewhere.example:80"}}).status, 403);
