@@ -362,7 +362,7 @@ TEST_F(TransportTest, WhatCameBackIsToldForSuccessAndFailure) {
         const auto found = headers.find("X-Id");
         seen += std::to_string(status) + (found == headers.end() ? "" : found->second) + ";";
     }));
-    const std::string id = "X-Id: a\r\nContent-Type: application/json\r\n";
+    const std::string id = "X-Id: \ta\t\r\nContent-Type: application/json\r\n";
     server.reply(Reply::redirect(302, "/base/next"));
     server.reply(Reply::of(200, "OK", id, "{}"));
     EXPECT_EQ(endOf(list(told)), "ok");

@@ -394,7 +394,7 @@ def outputs(repository):
            listed[1] == ["I-1", "Defect", 'Crack, "wide"', "Open", "", "2026-12-01T17:00:00Z"] and len(listed) == 4, listed)
     rows(repository, [
         (table + "--columns id,Nested.a.b,eTag -o csv", 0, "=id,Nested.a.b,eTag\nI-1,,v1\nI-2,7,v2\nI-3,,v3\n", "="),
-        (table + "--add-column Floor -o csv --top 1", 0, "DueDate,Floor\nI-1,.*,3\n$", "="),
+        (table + "--add-column Floor,Ratio -o csv --top 1", 0, "DueDate,Floor,Ratio\nI-1,.*,3,0.1\n$", "="),
         (table + "--columns id,Floor --top 2", 0, [{"id": "I-1", "Floor": 3}, {"id": "I-2", "Floor": 1}], "="),
         (table + "--columns schema,class,Dotted.name -o csv --top 1 --location odd", 0,
          "=schema,class,Dotted.name\nDynamicSchema,Defect,d\n", "="),

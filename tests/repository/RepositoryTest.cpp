@@ -410,6 +410,8 @@ TEST_F(QueryTest, OrdersAndPages) {
     }
     m_server.seedText("{\"classes\":[" + classes + "]}");
     EXPECT_EQ(m_client.listed("S/C!poly", "id"), Json({1, 2, 3, 4}));
+    m_client.insertId("S/C", {{"id", 5}, {"n", true}});
+    EXPECT_EQ(ids("$orderby", "n"), Json({5, 1, 3, 2, 4}));
 }
 
 TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
