@@ -1,5 +1,8 @@
 #include "support/ServiceTest.h"
 
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ip/unicast.hpp>
+
 namespace forms_test {
 namespace {
 
@@ -437,6 +440,11 @@ TEST_F(ClientTest, FollowsRedirectsOfItsServiceWithAllHeaders) {
     server.reply(Reply::of(200, "OK", "", ""));
     call("/old", "HEAD").get();
     EXPECT_EQ(server.requests().back().method + server.requests().back().target, "HEAD/base/new");
+    server.reply(Reply::redirect(303, "/base/one"));
+    server.reply(Reply::redirect(307, "/base/two"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    call("/old", "POST", {}, std::make_shared<BinaryBody>("bytes", 5), {}, {}, {}, "t/t").get();
+    EXPECT_EQ(server.requests().back().target + server.requests().back().header("Content-Type"), "/base/two");
 }
 
 TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
@@ -461,10 +469,11 @@ TEST_F(ClientTest, NeverTakesPrivateHeadersToAnotherHost) {
     other.reply(Reply::redirect(302, "y"));
     other.reply(Reply::of(200, "OK", "Content-Encoding: gzip\r\n",
                           std::string("\x1f\x8b\x08\0\0\0\0\0\x02\x03\xab\0\0\x83\x16\xdc\x8c\1\0\0\0", 21)));
-    auto response = call("/old", "GET", {}, nullptr, {{"Accept-Encoding", "own"}}).get();
+    auto response = call("/old", "POST", {}, nullptr, {{"Accept-Encoding", "own"}}).get();
     EXPECT_EQ(response.extract_string(true).get(), "x");
     EXPECT_EQ(server.requests().back().header("Accept-Encoding").substr(0, 3), "own");
     EXPECT_EQ(other.requests().back().target, "/base/b/y");
+    EXPECT_EQ(other.requests().back().header("User-Agent"), "forms-test/1");
     const std::string encodings = other.requests().back().header("Accept-Encoding");
     EXPECT_NE(encodings.find("gzip"), std::string::npos);
     EXPECT_EQ(encodings.find("own"), std::string::npos);
@@ -516,7 +525,13 @@ TEST_F(ClientTest, NeverTakesCredentialsOfTheSettingsToAnotherHost) {
 
     web::http::client::http_client_config settings;
     int sockets = 0;
-    settings.set_nativehandle_options([&sockets](web::http::client::native_handle) { ++sockets; });
+    settings.set_nativehandle_options([&sockets](web::http::client::native_handle handle) {
+        ++sockets;
+        auto* const socket = static_cast<boost::asio::ip::tcp::socket*>(handle);
+        if (socket->is_open()) { // as it is over curl, where it must know its protocol
+            socket->set_option(boost::asio::ip::unicast::hops(64));
+        }
+    });
     web::http::oauth2::experimental::oauth2_config oauth("id"_t, "key"_t, "http://a/"_t, "http://t/"_t, "http://r/"_t);
     oauth.set_token(web::http::oauth2::experimental::oauth2_token("token"_t));
     settings.set_oauth2(oauth);

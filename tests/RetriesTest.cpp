@@ -305,6 +305,11 @@ TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
         change(policy);
         EXPECT_THROW(CallOptions().retry(policy), std::invalid_argument);
     };
+    RetryPolicy atLimits;
+    atLimits.attempts = 1;
+    atLimits.growth = atLimits.jitter = 1;
+    atLimits.firstPause = atLimits.longestPause = 0ms;
+    EXPECT_NO_THROW(CallOptions().retry(atLimits));
     wrong([](RetryPolicy& policy) { policy.attempts = 0; });
     wrong([](RetryPolicy& policy) { policy.growth = 0.9; });
     wrong([](RetryPolicy& policy) { policy.growth = std::nan(""); });
@@ -523,6 +528,8 @@ TEST_F(RetriesTest, TokensAreAskedForWhenTheyAreNeeded) {
     }
     EXPECT_EQ(said().find("SECRET"), std::string::npos) << said();
     EXPECT_THROW(Credentials(nullptr), std::invalid_argument);
+    Credentials given([](auto) { return pplx::task_from_result(Token()); });
+    EXPECT_THROW(given.change(nullptr), std::invalid_argument);
 }
 
 TEST_F(RetriesTest, OneTokenServesAllCallsThatWait) {

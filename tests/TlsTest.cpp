@@ -35,6 +35,7 @@ TEST_F(TlsTest, RefusesAnUnknownCertificateUnlessToldOtherwise) {
     configuration->getHttpConfig().set_validate_certificates(false);
     EXPECT_EQ(status(service.url()), 200);
     EXPECT_EQ(service.authorization(), "Bearer t");
+    EXPECT_EQ(status(service.url("localhost")), 200) << "which its certificate does not name";
     api::SchemaApi schemas(client);
     EXPECT_EQ(schemas.select_SchemasSchema("L").get()->toJson().serialize(), "{}");
 }

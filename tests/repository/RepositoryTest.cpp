@@ -410,6 +410,8 @@ TEST_F(QueryTest, OrdersAndPages) {
     }
     m_server.seedText("{\"classes\":[" + classes + "]}");
     EXPECT_EQ(m_client.listed("S/C!poly", "id"), Json({1, 2, 3, 4}));
+    m_client.insertId("S/C", {{"id", 5}, {"n", true}});
+    EXPECT_EQ(ids("$orderby", "n"), Json({5, 1, 3, 2, 4}));
 }
 
 TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
@@ -465,6 +467,7 @@ TEST_F(RepositoryTest, WhatCantBeServedIsAnErrorPayload) {
                            {"GET", "S/C?$filter=+a+eq+'x", "", 400, "starts at position 6"},
                            {"GET", "S/C?$filter=a+gt+true", "", 400, "'gt' needs a number"},
                            {"GET", "S/C?$filter=a+is+1", "", 400, "le or in"},
+                           {"GET", "S/C?$filter=a+'eq'+1", "", 400, "le or in"},
                            {"GET", "S/C?$filter=(a+eq+1", "", 400, "')'"},
                            {"GET", "S/C?$filter=contains(a+'x')", "", 400, "','"},
                            {"GET", "S/C?$orderby=a,,b", "", 400, "$orderby"},

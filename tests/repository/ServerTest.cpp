@@ -273,6 +273,13 @@ TEST_F(FaultTest, HoldsAnAnswerUntilItIsRemovedOrTheServerStops) {
         const RawConnection delayed(m_server.port());
         delayed.say(request("GET", "S/C"));
         waitForLog(2);
+        m_server.inject(faultOf([](Fault& fault) {
+            fault.dripBytes = 1;
+            fault.dripPause = 1h;
+        }));
+        const RawConnection dripped(m_server.port());
+        dripped.say(request("GET", "S/C"));
+        waitForLog(3);
         if (isStopped) {
             m_server.stop();
         } else {
@@ -281,6 +288,7 @@ TEST_F(FaultTest, HoldsAnAnswerUntilItIsRemovedOrTheServerStops) {
         }
         ASSERT_EQ(stalled.hear(), "");
         EXPECT_EQ(delayed.hear("\r\n\r\n").substr(0, 12), "HTTP/1.1 200");
+        EXPECT_NE(dripped.hear("]}").find("{\"instances\":["), std::string::npos);
     }
 }
 
@@ -699,6 +707,9 @@ TEST(ControlTest, DoesWhatTheInterfaceDoesWhenItIsSwitchedOn) {
         EXPECT_NE(refused.json()["errorDescription"].get<std::string>().find(reason), std::string::npos)
             << refused.body;
     }
+    const std::size_t served = server.requests().size();
+    EXPECT_EQ(client.send("POST", "/b/_control/reset", "x", {{"Content-Encoding", "br"}}).status, 415);
+    EXPECT_EQ(server.requests().size(), served) << "of these nothing is noted";
     // A page of another host, by whatever name it reaches this one.
     EXPECT_EQ(client.send("POST", "/b/_control/reset", "", {{"Origin", "http://elsewhere"}}).status, 403);
     EXPECT_EQ(client.send("POST", "/b/_control/reset", "", {{"Host", "elsewhere.example:80"}}).status, 403);
@@ -977,6 +988,9 @@ TEST(KeptTest, ADatabaseThatCantBeWrittenIsAnErrorAtOnce) {
         EXPECT_LT(std::chrono::steady_clock::now() - begin, 15s);
         other.run("COMMIT");
         EXPECT_EQ(client.send("POST", "S/C", empty).status, 201);
+        other.run("CREATE TRIGGER no BEFORE UPDATE ON instances BEGIN SELECT RAISE(ABORT, 'not now'); END");
+        refused("not now");
+        other.run("DROP TRIGGER no");
         // Where its file is not, what is written is lost.
         fs::rename(options.database, folder.file("elsewhere"));
         refused("moved or removed");
@@ -1156,10 +1170,15 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
         snow +
         R"("},"file":"iVBORw0KGgo="},)"
         R"({"location":"<L>","schemaName":"S","className":"C","instanceId":"t","file":"PHNjcmlwdD4="},)"
-        R"({"location":"<L>","schemaName":"DynamicSchema","className":"_Comment","owner":"i","properties":{"Text":"hm"}})";
+        R"({"location":"<L>","schemaName":"DynamicSchema","className":"_Comment","owner":"i","properties":{"Text":"hm"}},)"
+        R"({"location":"<L>","schemaName":"DynamicSchema","className":"_Comment","owner":"i","properties":{"Text":"so"}})";
     for (int i = 0; i < 120; ++i) {
         seed += R"(,{"location":"many","schemaName":"S","className":"C","properties":{"n":"number )" +
                 std::to_string(i) + "\"}}";
+    }
+    for (const std::string more : {"Five", "Six\",\"eTag\":\"f"}) {
+        seed += R"(,{"location":"<L>","schemaName":"S","className":")" + more +
+                R"(","properties":{"a":1,"b":2,"c":3,"d":4,"e":5)" + (more == "Five" ? "}}" : R"(,"f":6}})");
     }
     server.seedText(
         seed + R"(],"relationships":[{"location":"<L>","schemaName":"S","className":"R","source":"i","target":"t"}]})");
@@ -1180,14 +1199,18 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     EXPECT_TRUE(has(page("?location=%3CL%3E&id=t"), "<td>S.R<td>backward<td>S.C<td>"));
     EXPECT_TRUE(has(page(""), "<a href=\"?location=%3CL%3E\">&lt;L&gt;</a>"));
     EXPECT_TRUE(has(client.send("GET", "/b").body, "&lt;L&gt;"));
-    EXPECT_TRUE(has(page("?location=%3CL%3E"), "S.C</a><td>2"));
-    EXPECT_TRUE(has(page("?location=%3CL%3E&class=S.C"), "&lt;script&gt;alert(1)&lt;/script&gt;"));
-    EXPECT_TRUE(has(page("?location=%3CL%3E&class=S.C"), "<b>long</b> " + snow.substr(0, 78) + "…"));
+    EXPECT_EQ(client.send("GET", "/b").header("Content-Type"), "text/html; charset=utf-8");
+    EXPECT_TRUE(has(page("?location=%3CL%3E"), "?location=%3CL%3E&amp;class=S%2EC\">S.C</a><td>2"));
+    EXPECT_TRUE(has(page("?location=%3CL%3E&class=S.C"),
+                    "&lt;script&gt;alert(1)&lt;/script&gt;\n<b>long</b> " + snow.substr(0, 78) + "…"));
+    EXPECT_TRUE(has(page("?location=%3CL%3E&class=S.Five"), "<b>d</b> 4\n<b>e</b> 5</table>"));
+    EXPECT_TRUE(has(page("?location=%3CL%3E&class=S.Six"), "<b>d</b> 4\n<b>e</b> 5 …</table>"));
     const std::string instance = page("?location=%3CL%3E&id=i");
-    for (const char* part : {"<td>&lt;b&gt;&amp;&quot;&#39;<td>&lt;script&gt;", "<img", "file=1", "<h2>_Comment (1)",
+    for (const char* part : {"<td>&lt;b&gt;&amp;&quot;&#39;<td>&lt;script&gt;", "<img", "file=1", "<h2>_Comment (2)",
                              "<td>S.R<td>forward<td>S.C<td>", "</b> hm"}) {
         EXPECT_TRUE(has(instance, part)) << part << "\n" << instance;
     }
+    EXPECT_LT(instance.find("</b> hm"), instance.find("</b> so"));
     EXPECT_FALSE(has(page("?location=%3CL%3E&id=t"), "<img"));
     EXPECT_EQ(client.send("GET", "/b/?location=%3CL%3E&id=i&file=1").header("Content-Type"), "image/png");
     for (const auto& [type, bytes] : std::vector<std::pair<std::string, std::string>>{
@@ -1220,6 +1243,10 @@ TEST(PageTest, ShowsWhatIsStoredAndRunsNothingOfIt) {
     client.send("GET", "/b" + root + "S/C!", "", token);
     const std::string requests = page("?requests=1");
     EXPECT_TRUE(has(requests, "<span class=bad>400</span>"));
+    for (const LoggedRequest& one : server.requests()) {
+        const auto milliseconds = std::chrono::time_point_cast<std::chrono::milliseconds>(one.time).time_since_epoch();
+        EXPECT_TRUE(has(requests, "." + std::to_string(1000 + milliseconds.count() % 1000).substr(1) + "</span>"));
+    }
     EXPECT_TRUE(has(requests, "<tr class=fault>") && has(requests, "S/C?&lt;x&gt;") && has(requests, "418") &&
                 has(requests, "changed") && !has(requests, "Bearer") &&
                 has(requests, "all operations of all classes: status 418<td>3<td>1<td>0"))

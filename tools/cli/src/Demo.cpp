@@ -28,10 +28,10 @@ constexpr const char* project = R"({"instances": [
 {"location": "tower", "schemaName": "DynamicSchema", "className": "_Comment", "instanceId": "C-2", "owner": "D-1",
  "properties": {"Text": "Wider than last week", "Author": "Jonas Reed", "CreatedDate": "2026-11-09T15:20:00Z"}},
 {"location": "tower", "schemaName": "DynamicSchema", "className": "Attachment", "instanceId": "A-1", "owner": "D-1",
- "properties": {"Name": "measures.txt", "Size": "21", "Caption": "Width by week", "CreatedDate": "2026-11-09T15:22:00Z"},
+ "properties": {"Name": "measures.txt", "Size": "30", "Caption": "Width by week", "CreatedDate": "2026-11-09T15:22:00Z"},
  "file": "d2VlayAxOiAzLDAgbW0Kd2VlayAyOiAzLDQgbW0K"},
 {"location": "tower", "schemaName": "DynamicSchema", "className": "Attachment", "instanceId": "A-2", "owner": "D-2",
- "properties": {"Name": "wiring.txt", "Size": "20", "Caption": "Where it ends", "CreatedDate": "2026-11-06T08:00:00Z"},
+ "properties": {"Name": "wiring.txt", "Size": "19", "Caption": "Where it ends", "CreatedDate": "2026-11-06T08:00:00Z"},
  "file": "ZnVzZSAxMiwgbGVmdCBzaWRlCg=="},
 {"location": "tower", "schemaName": "Lists", "className": "ListGroup", "instanceId": "L-1",
  "properties": {"Name": "Trades", "Lists": ["Masonry", "Electrics", "Paint"]}}
