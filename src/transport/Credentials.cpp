@@ -78,15 +78,15 @@ void TokenStore::ask(Credentials::Reason reason, uint64_t changes) {
     try {
         continued(provider(reason), [self = shared_from_this(), changes](const pplx::task<Token>& done) {
             Issued issued;
+            std::exception_ptr failure;
             try {
                 const Token token = done.get();
                 issued.header = headerOf(token);
                 issued.ends = token.ends;
             } catch (...) {
-                self->answered(issued, std::current_exception(), changes);
-                return;
+                failure = std::current_exception();
             }
-            self->answered(issued, nullptr, changes);
+            self->answered(issued, failure, changes);
         });
     } catch (...) {
         answered({}, std::current_exception(), changes);
