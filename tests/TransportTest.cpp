@@ -655,7 +655,7 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
 
 /// Answers with a body that the test writes, piece by piece: in the stream that is there for it, or in one of its own.
 struct WritingTransport final : Transport {
-    explicit WritingTransport(bool isOfItsOwn) : isOwn(isOfItsOwn) {}
+    explicit WritingTransport(bool isOfItsOwn) : isOwn(isOfItsOwn), out(own) {}
     ~WritingTransport() override {
         for (const auto& answer : answers) {
             answer._get_impl()->_complete(0);
@@ -667,7 +667,6 @@ struct WritingTransport final : Transport {
         web::http::http_response response(200);
         if (isOwn) {
             response.set_body(stream, "application/json");
-            out = own;
         } else {
             response._get_impl()->set_outstream(request._get_impl()->_response_stream(), false);
             out = request._get_impl()->_response_stream().streambuf();
@@ -815,10 +814,9 @@ TEST_F(TransportTest, ABodyOfTheTransportsOwnIsTakenToItsEnd) {
     late->out.close(std::ios_base::out).get();
     EXPECT_EQ(soon(lateAnswer)->getInstances().size(), 1U);
     const auto broken = std::make_shared<WritingTransport>(true);
-    const auto brokenAnswer = answerOf(broken);
     broken->write(large);
     broken->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("broken"))).get();
-    EXPECT_EQ(messageOf<std::range_error>([&] { soon(brokenAnswer); }), "broken");
+    EXPECT_EQ(messageOf<std::range_error>([&] { soon(answerOf(broken)); }), "broken");
     const auto closed = std::make_shared<WritingTransport>(true);
     closed->own.close(std::ios_base::in).get();
     EXPECT_EQ(endOf(answerOf(closed)), "the body of the response is closed");
