@@ -198,6 +198,20 @@ pplx::task<std::size_t> ResponseBuffer::_putn(const uint8_t* bytes, std::size_t 
     }
 }
 
+uint8_t* ResponseBuffer::_alloc(std::size_t size) {
+    if (!can_write()) {
+        return nullptr;
+    }
+    m_Allocated.resize(size);
+    return m_Allocated.data();
+}
+
+void ResponseBuffer::_commit(std::size_t size) {
+    m_Taken += size;
+    take(m_Allocated.data(), size);
+    m_Allocated.clear();
+}
+
 pplx::task<ResponseBuffer::int_type> ResponseBuffer::_putc(uint8_t byte) {
     ++m_Taken;
     return pplx::task_from_result(take(&byte, 1) == 1 ? static_cast<int_type>(byte) : traits::eof());
@@ -224,7 +238,7 @@ std::size_t ResponseBuffer::take(const uint8_t* bytes, std::size_t size) {
 
 std::size_t ResponseBuffer::write(const uint8_t* bytes, std::size_t size) {
     const std::lock_guard<std::mutex> lock(m_Mutex);
-    if (!can_write()) {
+    if (!can_write() || size == 0) {
         return 0;
     }
     if (!can_read()) {

@@ -62,8 +62,9 @@ private:
 
     pplx::task<std::size_t> _putn(const uint8_t* bytes, std::size_t size) override;
     pplx::task<int_type> _putc(uint8_t byte) override;
-    uint8_t* _alloc(std::size_t) override { return nullptr; } // All goes by `_putn`, then.
-    void _commit(std::size_t) override {}
+    // The HTTP library on Windows needs these to undo a compression.
+    uint8_t* _alloc(std::size_t size) override;
+    void _commit(std::size_t size) override;
     pplx::task<bool> _sync() override;
 
     pplx::task<std::size_t> _getn(uint8_t* bytes, std::size_t size) override;
@@ -95,6 +96,7 @@ private:
     /// pointer into them.
     std::list<std::vector<uint8_t>> m_Blocks;
     std::size_t m_Begin = 0;
+    std::vector<uint8_t> m_Allocated;
     std::size_t m_Available = 0;
     /// How much may be read by who asked for more: what was there when the stream was flushed.
     std::size_t m_Synced = 0;
