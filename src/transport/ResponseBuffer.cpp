@@ -199,16 +199,17 @@ pplx::task<std::size_t> ResponseBuffer::_putn(const uint8_t* bytes, std::size_t 
 }
 
 uint8_t* ResponseBuffer::_alloc(std::size_t size) {
-    if (!can_write()) {
-        return nullptr;
-    }
     m_Allocated.resize(size);
     return m_Allocated.data();
 }
 
 void ResponseBuffer::_commit(std::size_t size) {
-    m_Taken += size;
-    take(m_Allocated.data(), size);
+    try {
+        m_Taken += size;
+        take(m_Allocated.data(), size);
+    } catch (...) {
+        close(std::ios_base::out, std::current_exception());
+    }
     m_Allocated.clear();
 }
 

@@ -62,7 +62,8 @@ private:
 
     pplx::task<std::size_t> _putn(const uint8_t* bytes, std::size_t size) override;
     pplx::task<int_type> _putc(uint8_t byte) override;
-    // The HTTP library on Windows needs these to undo a compression.
+    // The HTTP library on Windows undoes a compression in what these give, and knows no other way: there is always
+    // memory, also for what nobody wants any more, and a failure is kept for who reads, since nothing catches it there.
     uint8_t* _alloc(std::size_t size) override;
     void _commit(std::size_t size) override;
     pplx::task<bool> _sync() override;
@@ -96,7 +97,6 @@ private:
     /// pointer into them.
     std::list<std::vector<uint8_t>> m_Blocks;
     std::size_t m_Begin = 0;
-    std::vector<uint8_t> m_Allocated;
     std::size_t m_Available = 0;
     /// How much may be read by who asked for more: what was there when the stream was flushed.
     std::size_t m_Synced = 0;
@@ -106,6 +106,8 @@ private:
         std::function<void(std::unique_lock<std::mutex>&)> complete;
     };
     std::list<Read> m_Reads;
+    /// Of the one who writes, without the lock.
+    std::vector<uint8_t> m_Allocated;
     std::atomic<uint64_t> m_Taken{0};
     /// Held while a piece is handed over, so that no piece overtakes another one. Both functions may end the call, and
     /// so close this buffer.
