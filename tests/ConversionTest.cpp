@@ -314,6 +314,7 @@ TEST(Base64, GivesAStreamThatSeeks) {
         decoded->clear();
         EXPECT_EQ(decoded->tellg(), 5) << "it stays where it was";
     }
+    EXPECT_EQ(decoded->rdbuf()->pubseekoff(2, std::ios::cur), -1) << "there is one byte left";
     EXPECT_EQ(decoded->rdbuf()->pubseekoff(0, std::ios::beg, std::ios::out), -1) << "nothing is written to it";
 }
 

@@ -155,9 +155,10 @@ TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
     const auto get = [this](const std::string& id) { return [=] { schemas.get_SchemasSchema_instanceId("L", id); }; };
     std::vector<Row> changing, impossible;
     for (const std::string id : {"a?b", "a#b", "..", ".", "a/../b", "%2e%2E", "a/%2e"}) {
-        changing.push_back(
-            {id, get(id),
-             "SchemaApi->get_SchemasSchema_instanceId: the instanceId \"" + id + "\" would change the path..."});
+        changing.push_back({id, get(id),
+                            "SchemaApi->get_SchemasSchema_instanceId: the instanceId \"" + id +
+                                "\" would change the path; percent-encode \"?\" and \"#\", "
+                                "and use no \".\" or \"..\" as a segment"});
     }
     checkRefused(changing);
     for (const std::string id :
@@ -166,6 +167,8 @@ TEST_F(HostileCallerTest, IdsAddressWhatTheySayOrNothing) {
     }
     checkRefused<web::uri_exception>(impossible);
     checkRefused({{"host", [this] { callWith("GET", "//127.0.0.1/x"); }, "the path \"//127.0.0.1/x\" names a host..."},
+                  {"scheme", [this] { callWith("GET", "mailto:x"); },
+                   "the path \"mailto:x\" names a host; it must be relative to the base URL"},
                   {"URL", [this] { callWith("GET", server.url()); }, "the path \"" + server.url() + "..."}});
     const std::string path = "/base/sv1.2/Repositories/Varnel.Forms--L/Schemas/Schema/";
     const std::string options = "?$filter=a%0D%0A%00%26b%3D%FF";
@@ -297,6 +300,9 @@ TEST_F(HostileCallerTest, NumbersThatJsonCannotHoldAreRefusedInTheCall) {
         insert("custom property", [=](auto& issue) { issue.setCustomProp("n", web::json::value(number)); });
         insert("within a custom property", [=](auto& issue) {
             issue.setCustomProp("n", web::json::value::array(std::vector<web::json::value>(2, number)));
+        });
+        insert("member of a custom property", [=](auto& issue) {
+            issue.setCustomProp("n", web::json::value::object({{"m", web::json::value(number)}}));
         });
         insert("list in a view", [=](auto& issue) {
             const auto view = std::make_shared<ModelViewDefinition>();

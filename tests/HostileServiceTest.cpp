@@ -377,9 +377,9 @@ TEST_F(HostileServiceTest, OddMediaTypes) {
         return "ApiException 500 error calling get_DynamicSchemaFile_instanceId: unexpected response type: " + type +
                "...";
     };
-    const auto utf16 = [](const std::string& mark, bool bigEndian) {
+    const auto utf16 = [](const std::string& mark, bool bigEndian, const std::string& text = "{}") {
         std::string bytes = mark;
-        for (const char c : std::string("{}")) {
+        for (const char c : text) {
             bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
         }
         return bytes;
@@ -389,7 +389,7 @@ TEST_F(HostileServiceTest, OddMediaTypes) {
         std::string body;
         std::string expected;
     };
-    const std::string json = "application/json", half("\0\"\xD8\0\0\"", 6);
+    const std::string json = "application/json", half("\0\"\xD8\0\0\"", 6), longA("\0\1", 2);
     const Row rows[] = {{json + "; charset=utf-8; version=1", utf8, read},
                         {json + ";;;", utf8, read},
                         {json + "; charset=iso-8859-1;version=1", name + "\xFC\"}}}", read},
@@ -401,6 +401,9 @@ TEST_F(HostileServiceTest, OddMediaTypes) {
                         {json + ";charset=\"ISO-8859-1\"", name + "\xFC\"}}}", read},
                         {json + "; charset=utf-16", utf16("\xFF\xFE", false), "ok {}"},
                         {json + "; charset=utf-16", utf16("", true), "ok {}"},
+                        {json + "; charset=utf-16", utf16("\xFE\xFF", true), "ok {}"},
+                        {json + "; charset=utf-16le", utf16("", false, name) + longA + utf16("", false, "\"}}}"),
+                         "ok " + name + "Ā\"}}}"},
                         {json + "; charset=UTF-16LE", utf16("", false), "ok {}"},
                         {json + "; charset=utf-16be", utf16("", false), noJson},
                         {json + "; charset=utf-16be", half, "json_exception: UTF-16..."},

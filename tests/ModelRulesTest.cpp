@@ -266,6 +266,7 @@ TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
     EXPECT_EQ(textOf(own), "{}") << "fixed keys are refused";
     steps.set("E", _XPLATSTR("literal"));
     EXPECT_TRUE(own.getCustomProp(text, "E"_t));
+    EXPECT_EQ(text, "literal"_t);
     writes(R"({"E":"literal"})");
     steps.set("E", "text"_t);
     writes(R"({"E":"text"})");

@@ -67,6 +67,15 @@ TEST(Multipart, WritesItsPartsInTheOrderOfAdding) {
     blocks->ignore(static_cast<std::streamsize>(expected.size()) + 100);
     blocks->seekg(0);
     EXPECT_EQ(bytesOf(*blocks), written(multipart));
+    blocks->clear();
+    EXPECT_EQ(blocks->tellg(), written(multipart).size());
+    auto& buffer = *blocks->rdbuf();
+    EXPECT_EQ(buffer.pubseekoff(1, std::ios::beg), -1);
+    EXPECT_EQ(buffer.pubseekoff(1, std::ios::cur), -1);
+    EXPECT_EQ(buffer.pubseekoff(0, std::ios::end), -1);
+    EXPECT_EQ(buffer.pubseekoff(0, std::ios::beg), 0);
+    EXPECT_EQ(buffer.sgetc(), '-');
+    EXPECT_EQ(buffer.pubseekoff(0, std::ios::cur), 0);
 }
 
 TEST(Multipart, EndsWhereAPartHasLessThanItSaid) {

@@ -122,6 +122,9 @@ const Scenario scenarios[] = {
     {73, "delete", "", "reset malformed", "500", 0, "malformed (after 2 attempts)"},
     {74, "insert", "changes", "reset malformed", "500", 0,
      "malformed (after 2 attempts; an earlier one may have taken effect)"},
+    {75, "select", "", "unresolved2 429@99999 200", "500 30000", 0, "ok"},
+    {76, "select", "", "503 derived", "500", 0, "derived"},
+    {77, "call OPTIONS", "", "reset 200", "500", 0, "answer 200"},
 };
 
 class RetriesTest : public ::testing::Test {
@@ -303,13 +306,17 @@ TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
     const auto wrong = [](auto change) {
         RetryPolicy policy;
         change(policy);
-        EXPECT_THROW(CallOptions().retry(policy), std::invalid_argument);
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { CallOptions().retry(policy); }),
+                  "a retry policy needs an attempt, a growth of at least 1, a jitter from 0 to 1, and no negative "
+                  "time");
     };
     RetryPolicy atLimits;
     atLimits.attempts = 1;
     atLimits.growth = atLimits.jitter = 1;
-    atLimits.firstPause = atLimits.longestPause = 0ms;
-    EXPECT_NO_THROW(CallOptions().retry(atLimits));
+    atLimits.firstPause = atLimits.longestPause = atLimits.totalTime = 0ms;
+    EXPECT_NO_THROW(CallOptions().retry(atLimits).deadline(1ms));
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { CallOptions().deadline(0ms); }),
+              "the deadline of a call must be longer than 0");
     wrong([](RetryPolicy& policy) { policy.attempts = 0; });
     wrong([](RetryPolicy& policy) { policy.growth = 0.9; });
     wrong([](RetryPolicy& policy) { policy.growth = std::nan(""); });
@@ -319,6 +326,17 @@ TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
     wrong([](RetryPolicy& policy) { policy.firstPause = -1ms; });
     wrong([](RetryPolicy& policy) { policy.longestPause = -1ms; });
     wrong([](RetryPolicy& policy) { policy.totalTime = -1ms; });
+}
+
+TEST_F(RetriesTest, AnotherSchemeIsAnotherService) {
+    for (const char* const target : {"http://service.test:80/x", "https://service.test:80/x"}) {
+        service->script(std::string("302@") + target + " 200", *clock);
+        client->callApi("/x", "POST", {}, nullptr, {{"User-Agent", "mine"}, {"Authorization", "secret"}}, {}, {}, "")
+            .get();
+        const std::string sent = service->requests().back();
+        EXPECT_EQ(sent.find("secret") == std::string::npos, target[4] == 's') << sent;
+        EXPECT_NE(sent.find("mine"), std::string::npos) << sent;
+    }
 }
 
 TEST_F(RetriesTest, WhatIsSaidLastTakesItsPlace) {
@@ -527,9 +545,10 @@ TEST_F(RetriesTest, TokensAreAskedForWhenTheyAreNeeded) {
         EXPECT_EQ(clock->pauses(), row.number == 113 ? "500 1000" : "") << "none before another token is tried";
     }
     EXPECT_EQ(said().find("SECRET"), std::string::npos) << said();
-    EXPECT_THROW(Credentials(nullptr), std::invalid_argument);
+    const char* const empty = "the provider of credentials is empty";
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { Credentials(nullptr); }), empty);
     Credentials given([](auto) { return pplx::task_from_result(Token()); });
-    EXPECT_THROW(given.change(nullptr), std::invalid_argument);
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { given.change(nullptr); }), empty);
 }
 
 TEST_F(RetriesTest, OneTokenServesAllCallsThatWait) {
@@ -734,18 +753,23 @@ TEST_F(RetriesTest, TheTraceContextIsTheCallers) {
         EXPECT_NE(endOf(call, traced), "");
         EXPECT_NE(service->requests().back().find("\ntraceparent: " + good + "\n"), std::string::npos);
     }
+    context = "00-10000000000000000000000000000000-1000000000000000-01";
+    EXPECT_EQ(endOf("select", traced), "ok");
     context.clear();
     EXPECT_EQ(endOf("select", traced), "ok");
     EXPECT_EQ(service->requests().back().find("traceparent"), std::string::npos);
-    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good};
+    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good, good, good};
     wrong[2][0] = '1';
     wrong[3][4] = 'G';
     wrong[4].replace(3, 32, 32, '0');
     wrong[5].replace(36, 16, 16, '0');
     wrong[6][4] = 'g';
+    wrong[7][4] = '/';
+    wrong[8][4] = ':';
     for (const std::string& text : wrong) {
         context = text;
-        EXPECT_THROW(SchemaApi(traced).select_SchemasSchema("L"), std::invalid_argument) << text;
+        EXPECT_EQ(messageOf<std::invalid_argument>([&] { SchemaApi(traced).select_SchemasSchema("L"); }),
+                  "the trace context \"" + text + "\" is none");
     }
 }
 

@@ -130,7 +130,7 @@ TEST_F(FilesTest, HaveNamesBothWays) {
     for (const auto& [header, name] : std::vector<std::pair<std::string, std::string>>{
              {"attachment", ""},
              {"attachment; filename=a.pdf", "a.pdf"},
-             {"attachment;\tfilename=b.pdf", "b.pdf"},
+             {"attachment;\tfilename=b=.pdf", "b=.pdf"},
              {"attachment;FileName = \"a b;c\" ; size=3", "a b;c"},
              {"attachment; filename*=utf-8'de'%C3%A4; filename=\"x\"", "\xc3\xa4"},
              {"attachment; filename=x; filename*=UTF-8''%E4", "x"},
@@ -141,6 +141,7 @@ TEST_F(FilesTest, HaveNamesBothWays) {
              {"attachment; filename=\"../../etc/passwd\"", "passwd"},
              {"attachment; filename*=UTF-8''..%5Cevil.exe", "evil.exe"},
              {"attachment; filename=\"..\"", ""},
+             {"attachment; filename=.", ""},
              {"attachment; filename=\"open\\", ""},
              {";=;\"", ""}}) {
         requestOf(file("x", "Content-Disposition: " + header + "\r\n"), [&, header = header, name = name] {
@@ -212,11 +213,14 @@ TEST_F(FilesTest, RefuseBadInputAtOnce) {
     refused([&] { kit::upload(files, "L", "i", bytesCalled("a\r\nb")); });
     refused([&] { kit::upload(files, "L", "i", FileContent::ofBytes("x").mediaType("a\nb")); });
     refused([&] { kit::upload(files, "L", "i", bytesCalled("x"), CallOptions().saveTo(path)); });
-    refused([&] { FileContent::ofBytes("x").mediaType(""); });
-    refused([&] { FileContent::ofStream(nullptr, 1); });
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { FileContent::ofBytes("x").mediaType(""); }),
+              "the media type of a file is empty");
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { FileContent::ofStream(nullptr, 1); }),
+              "the stream of a body is an empty pointer");
     refused([&] { kit::download(files, "L", "..", path); });
     refused([&] { kit::download(files, "L", "i", ""); });
-    refused([&] { kit::bytesOf(model::HttpContent()); });
+    EXPECT_EQ(messageOf<std::invalid_argument>([] { kit::bytesOf(model::HttpContent()); }),
+              "the data of the content is an empty pointer");
     EXPECT_THROW(kit::upload(files, "L", "i", FileContent::ofFile(path)), std::system_error);
     EXPECT_THROW(kit::upload(files, "L", "i", FileContent::ofFile(folder.string())), std::system_error);
     EXPECT_THROW(kit::download(files, "L", "i", path + "/no/such/folder"), std::system_error);

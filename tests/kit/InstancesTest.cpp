@@ -65,6 +65,11 @@ TEST_F(InstancesTest, ThatAnAnswerLacksAreAClearError) {
         return messageOf<std::runtime_error>([&] { kit::stored(answer); });
     };
     EXPECT_EQ(lack("{}"), "the service's answer has no changedInstance");
+    EXPECT_EQ(messageOf<std::runtime_error>(
+                  [] { kit::stored(std::shared_ptr<model::DynamicSchemaBaseClassChangedInstance>()); }),
+              "the service's answer has no changedInstance");
+    EXPECT_EQ(messageOf<std::runtime_error>([] { kit::stored(std::shared_ptr<model::DynamicSchemaFileInstance>()); }),
+              "the service's answer has no instance");
     EXPECT_EQ(lack(R"({"changedInstance":{}})"), "the service's answer has no instanceAfterChange");
     EXPECT_THROW(kit::stored(std::make_shared<model::DynamicSchemaFileInstance>()), std::runtime_error);
     server.reply(Reply::json("{}"));
@@ -77,6 +82,9 @@ TEST_F(InstancesTest, AreCountedOverAllClasses) {
         Reply::json(R"({"instances":[{"properties":{"count":3}},null,{},{"properties":{"count":5000000000}}]})"));
     EXPECT_EQ(kit::total(api::FileApi(client).count_DynamicSchemaFile("L")).get(), 5000000003);
     EXPECT_EQ(kit::total(std::make_shared<model::DynamicSchemaFileInstanceCount>()), 0);
+    EXPECT_EQ(
+        messageOf<std::runtime_error>([] { kit::total(std::shared_ptr<model::DynamicSchemaFileInstanceCount>()); }),
+        "the service's answer has no instances");
 }
 
 TEST_F(InstancesTest, AreUpdatedWithWhatChangedOnly) {
@@ -90,6 +98,10 @@ TEST_F(InstancesTest, AreUpdatedWithWhatChangedOnly) {
                             issue.getModelPinLocation()->setX(2);
                         }).get();
     EXPECT_EQ(stored->getInstanceId(), "new");
+    for (const Request& request : server.requests()) {
+        EXPECT_EQ(request.target.substr(0, request.target.find('?')),
+                  "/base/sv1.2/Repositories/Varnel.Forms--L/DynamicSchema/BaseClass/i/");
+    }
     const auto sent = web::json::value::parse(bodies().at(0)).at("instance");
     EXPECT_EQ(sent.at("eTag").as_string() + sent.at("className").as_string(), "1C");
     const auto properties = sent.at("properties");
@@ -129,6 +141,10 @@ TEST_F(InstancesTest, AreUpdatedAgainAfterAConflict) {
     }
     EXPECT_THROW(update(close).get(), api::ApiException);
     EXPECT_EQ(server.requests().size(), before + 14);
+    replyInstance("1", "{}");
+    server.reply(conflict);
+    EXPECT_THROW(update(close, 1).get(), api::ApiException);
+    EXPECT_EQ(server.requests().size(), before + 16);
 }
 
 TEST_F(InstancesTest, AreUpdatedOnceIfAnythingElseFails) {
@@ -142,7 +158,7 @@ TEST_F(InstancesTest, AreUpdatedOnceIfAnythingElseFails) {
     EXPECT_EQ(messageOf<std::domain_error>([&] { update([](Issue&) { throw std::domain_error("no"); }).get(); }), "no");
     replyInstance("", "{}");
     EXPECT_EQ(messageOf<std::runtime_error>([&] { update(close).get(); }), "the service's answer has no eTag");
-    EXPECT_THROW(update(close, 0), std::invalid_argument);
+    EXPECT_EQ(messageOf<std::invalid_argument>([&] { update(close, 0); }), "an update takes at least one attempt");
     EXPECT_THROW(kit::update(api::BaseClassApi(client), &api::BaseClassApi::get_DynamicSchemaBaseClass_instanceId,
                              &api::BaseClassApi::update_DynamicSchemaBaseClass, "L", "..", close),
                  std::invalid_argument);

@@ -23,6 +23,10 @@ struct Own : std::exception {
     const char* what() const noexcept override { return "own"; }
 };
 
+struct Derived : web::http::http_exception {
+    using http_exception::http_exception;
+};
+
 struct Fault {
     const char* word;
     std::errc code;
@@ -237,7 +241,9 @@ public:
         const bool takesEffect = word.back() == '!' || word == "200";
         const bool isEarly = word.back() == '~';
         word = word.substr(0, word.find_first_of("!~"));
-        m_Effects += takesEffect && request.method() != "GET" && request.method() != "HEAD" ? 1 : 0;
+        m_Effects +=
+            takesEffect && request.method() != "GET" && request.method() != "HEAD" && request.method() != "OPTIONS" ? 1
+                                                                                                                    : 0;
         const auto fail = [](auto exception) {
             return pplx::task_from_exception<web::http::http_response>(std::move(exception));
         };
@@ -252,8 +258,10 @@ public:
             return pplx::create_task(never);
         } else if (word == "own") {
             return fail(Own());
-        } else if (word == "unresolved") {
-            return fail(web::http::http_exception(1, word));
+        } else if (word == "derived") {
+            return fail(Derived(word));
+        } else if (word.rfind("unresolved", 0) == 0) {
+            return fail(web::http::http_exception(word.back() == '2' ? 2 : 1, word));
         } else if (word == "malformed" || word.empty()) {
             return fail(web::http::http_exception(word.empty() ? "nothing is left to play" : word));
         }
