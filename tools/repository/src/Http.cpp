@@ -428,8 +428,9 @@ private:
         if (!m_keepAlive) {
             reply.headers.emplace_back("Connection", "close");
         }
-        const auto reason = http::obsolete_reason(http::int_to_status(static_cast<unsigned>(reply.status)));
-        m_head = "HTTP/1.1 " + std::to_string(reply.status) + " " + std::string(reason) + "\r\n";
+        const http::status known = http::int_to_status(static_cast<unsigned>(reply.status));
+        const std::string reason = known == http::status::unknown ? "" : std::string(http::obsolete_reason(known));
+        m_head = "HTTP/1.1 " + std::to_string(reply.status) + " " + reason + "\r\n";
         for (const auto& [name, value] : reply.headers) {
             m_head += name + ": " + value + "\r\n";
         }
