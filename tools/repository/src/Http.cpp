@@ -13,6 +13,7 @@
 #include <array>
 #include <atomic>
 #include <condition_variable>
+#include <fstream>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -604,6 +605,11 @@ private:
     void useTls(const HttpOptions& options) {
         if (options.certificate.empty() || options.key.empty()) {
             throw std::runtime_error("https needs both a certificate and its key");
+        }
+        for (const std::string& file : {options.certificate, options.key}) {
+            if (!std::ifstream(file)) {
+                throw std::runtime_error("Can't read \"" + file + "\"");
+            }
         }
         m_tls.emplace(asio::ssl::context::tls_server);
         m_tls->set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_tlsv1 |
