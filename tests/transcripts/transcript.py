@@ -17,7 +17,7 @@ A step is a line of these, with more below it after "+ ":
     raw EXPRESSION              bytes on a connection, as Python has them
 Below it stands what came of it: standard output after two blanks, standard error after "! ", another exit code than 0 in
 brackets. Nothing is left out but for the names in angle brackets, each of which stands for one text that differs from day
-to day, and for control characters. "␄" is the end of a text without an end of line. "#" begins a comment."""
+to day, and for control characters; a step may say <id 1>, too. "␄" is the end of a text without an end of line. "#" begins a comment."""
 
 import datetime
 import difflib
@@ -116,9 +116,12 @@ class Player:
     def exchange(self, content, isLate=False):
         """All that comes until the repository closes; it gets to know that nothing more will come from here."""
         with socket.create_connection(("127.0.0.1", self.current.port), PATIENCE) as there:
-            there.sendall(content)
-            there.shutdown(socket.SHUT_WR)
             got, note, end = b"", [], []
+            try:
+                there.sendall(content)
+                there.shutdown(socket.SHUT_WR)
+            except OSError:
+                pass # it has answered already, or reset the connection
             if isLate:
                 there.settimeout(WHILE)
                 try:
@@ -153,6 +156,7 @@ class Player:
         return int(head.split()[1]), text.decode()
 
     def play(self, step, below):
+        step, *below = (re.sub(r"<id (\d+)>", lambda found: self.ids[int(found.group(1)) - 1], line) for line in [step, *below])
         if step.startswith("repository "):
             return self.start(step.split(" ", 1)[1])
         if step.startswith("to "):
