@@ -5,7 +5,9 @@ against what the file says, and `--write` writes it anew, so that a change that 
 
 A step is a line of these, with more below it after "+ ":
     $ COMMAND                   one of the shell; below it its standard input
-    $80 COMMAND                 the same on a terminal of so many columns; below it what is typed
+    $80 COMMAND                 the same on a terminal of so many columns; below it what is typed. A bar is left out, since
+                                on a busy machine there may be one anywhere
+    slow $80 COMMAND            the same with its bar
     file NAME                   a file of the content below it
     repository NAME OPTIONS     starts one, whose base URL is in the variable NAME from then on; requests go to it
     to NAME                     requests go to that one
@@ -13,7 +15,7 @@ A step is a line of these, with more below it after "+ ":
     sent                        what the repository got since the last "sent"
     GET PATH                    any request: headers below it, and below an empty "+" the body. A path without "/" at its
                                 begin is one within "/sv1.2/Repositories/Varnel.Forms--"
-    late GET PATH               one whose answer does not come by itself: the faults are cleared after a while
+    late GET PATH               one whose answer does not come by itself: the faults are cleared once they were met
     raw EXPRESSION              bytes on a connection, as Python has them
 Below it stands what came of it: standard output after two blanks, standard error after "! ", another exit code than 0 in
 brackets. Nothing is left out but for the names in angle brackets, each of which stands for one text that differs from day
@@ -38,8 +40,9 @@ from programs import SCRATCH
 
 PATIENCE = 30
 WHILE = 0.4  # in which an answer would have come
+BAR = re.compile(rb"(\r[^\r\n]+)+\r +\r")
 PATHS = "/sv1.2/Repositories/Varnel.Forms--"
-STEP = re.compile(r"(\$\d* |file |repository |to |fault |sent$|raw |late |[A-Z]+ )")
+STEP = re.compile(r"((slow )?\$\d* |file |repository |to |fault |sent$|raw |late |[A-Z]+ )")
 ID = re.compile(r"[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}")
 DATE = re.compile(r"\d{4}-\d\d-\d\d(?:T\d\d:\d\d:\d\d\.\d{3}Z| \d\d:\d\d(?!:))")
 VERSION = ".".join(re.findall(r"VERSION_(?:MAJOR|MINOR|PATCH) (\d+)\n", (ROOT / "include/VarnelAPI/Forms/Version.h").read_text()))
@@ -95,10 +98,12 @@ class Player:
         if step.startswith("$ "):
             code, out, err = programs.run(step[2:], self.environment, PATIENCE, "".join(line + "\n" for line in below))
         else:
-            columns, command = step[1:].split(" ", 1)
+            columns, command = step.removeprefix("slow ")[1:].split(" ", 1)
             code, out, _ = programs.on_terminal(command, self.environment, PATIENCE, int(columns),
                                                 "".join(line + "\n" for line in below))
             out, err = out.replace(b"\r\n", b"\n"), b""
+            if not step.startswith("slow "):
+                out = BAR.sub(b"", out)
         return self.lines("  ", out) + self.lines("! ", err) + ([] if code == 0 else [f"[{code}]"])
 
     def start(self, words):
@@ -116,26 +121,41 @@ class Player:
     def exchange(self, content, isLate=False):
         """All that comes until the repository closes; it gets to know that nothing more will come from here."""
         with socket.create_connection(("127.0.0.1", self.current.port), PATIENCE) as there:
-            got, note, end = b"", [], []
+            got, note, last = b"", [], []
             try:
                 there.sendall(content)
                 there.shutdown(socket.SHUT_WR)
             except OSError:
                 pass # it has answered already, or reset the connection
             if isLate:
+                end = time.monotonic() + PATIENCE
+                while '"met":1' not in self.control("GET", "faults")[1]:
+                    if time.monotonic() > end:
+                        raise socket.timeout
+                    time.sleep(0.05)
                 there.settimeout(WHILE)
                 try:
                     got = there.recv(65536)
                 except socket.timeout:
                     note = ["  (nothing yet)"]
-                self.control("DELETE", "faults")
-                there.settimeout(PATIENCE)
             try:
-                while part := there.recv(65536):
+                while part := self.more(there, isLate):
                     got += part
             except ConnectionResetError:
-                end = ["  (reset)"]
-        return note, got, end if got or end else ["  (closed)"]
+                last = ["  (reset)"]
+        return note, got, last if got or last else ["  (closed)"]
+
+    def more(self, there, isLate):
+        """The next bytes. What is held back is let go until they come: it may have been met, but not held yet."""
+        for _ in range(PATIENCE if isLate else 1):
+            if isLate:
+                self.control("DELETE", "faults")
+            there.settimeout(1 if isLate else PATIENCE)
+            try:
+                return there.recv(65536)
+            except socket.timeout:
+                pass
+        raise socket.timeout
 
     def request(self, step, below):
         isLate = step.startswith("late ")
@@ -174,7 +194,7 @@ class Player:
             sent = json.loads(self.control("GET", "requests")[1])["requests"]
             self.control("DELETE", "requests")
             return self.lines("  ", "".join(f"{one['method']} {one['path']}{one['query'] and '?'}{one['query']}\n" for one in sent).encode())
-        if step.startswith("$"):
+        if step.startswith(("$", "slow ")):
             result = self.shell(step, below)
         else:
             note, got, end = self.exchange(eval(step[4:], {"__builtins__": {}})) if step.startswith("raw ") else self.request(step, below)
@@ -188,20 +208,25 @@ class Player:
         out, comment, step, below = [], [], None, []
 
         def finish():
+            """Whether to go on."""
             if step is not None:
                 try:
                     out.extend(self.play(step, below))
                 except (subprocess.TimeoutExpired, socket.timeout):
                     out.append(f"  (no end within {PATIENCE} s)")
+                    return False
                 except (OSError, ValueError, LookupError, AttributeError) as error:
                     out.append(f"  (failed: {error})")
+            return True
         for line in [*self.path.read_text().split("\n"), "$ :"]:
             if line.startswith("#"):
-                finish()
+                if not finish():
+                    return "\n".join([*out[1:], ""])
                 step = None
                 comment.append(line)
             elif STEP.match(line):
-                finish()
+                if not finish():
+                    return "\n".join([*out[1:], ""])
                 step, below = line, []
                 out += ["", *comment, line]
                 comment = []
