@@ -18,6 +18,7 @@
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace VarnelAPI::Forms::repository {
@@ -606,9 +607,10 @@ private:
         if (options.certificate.empty() || options.key.empty()) {
             throw std::runtime_error("https needs both a certificate and its key");
         }
-        for (const std::string& file : {options.certificate, options.key}) {
-            if (!std::ifstream(file)) {
-                throw std::runtime_error("Can't read \"" + file + "\"");
+        for (const auto& [what, file] :
+             {std::pair("certificate", options.certificate), std::pair("key", options.key)}) {
+            if (!std::ifstream(file)) { // for which TLS has no words
+                throw std::runtime_error(std::string("Can't use the ") + what + " \"" + file + "\": it can't be read");
             }
         }
         m_tls.emplace(asio::ssl::context::tls_server);
