@@ -84,8 +84,8 @@ def on_terminal(command, environment, patience, columns=80, keys="", interrupt=N
             shown += part
             os.write(master, keys.encode()) # to the question
             keys = ""
-        elif process.poll() is not None:
-            break
+        elif process.poll() is not None and not select.select([master], [], [], 0)[0]:
+            break # with nothing left of what it wrote before it ended
     isLate = process.poll() is None and time.monotonic() >= start + patience
     if isLate:
         process.kill()
