@@ -1,7 +1,7 @@
 """Plays transcripts, sessions of the command line and the local repository as a user sees them:
-`transcript.py [--write] FOLDER... [FILE...]`, where the folders are those of the programs, and all transcripts are meant if
-none is named. All that comes of each step is held
-against what the file says, and `--write` writes it anew, so that a change that is meant is a reviewed difference.
+`transcript.py [--write] FOLDER... [FILE...]`, where the folders are those of the programs, and all transcripts are meant
+if none is named. All that comes of each step is held against what the file says, and `--write` writes it anew, so that a
+change that is meant is a reviewed difference.
 
 A step is a line of these, with more below it after "+ ":
     $ COMMAND                   one of the shell; below it its standard input
@@ -18,8 +18,8 @@ A step is a line of these, with more below it after "+ ":
     late GET PATH               one whose answer does not come by itself: the faults are cleared once they were met
     raw EXPRESSION              bytes on a connection, as Python has them
 Below it stands what came of it: standard output after two blanks, standard error after "! ", another exit code than 0 in
-brackets. Nothing is left out but for the names in angle brackets, each of which stands for one text that differs from day
-to day, and for control characters; a step may say <id 1>, too. "␄" is the end of a text without an end of line. "#" begins a comment."""
+brackets. Nothing is left out, but control characters and what differs from run to run have names in angle brackets, each
+for one text; a step may say <id 1>, too. "␄" is the end of a text without an end of line. "#" begins a comment."""
 
 import datetime
 import difflib
