@@ -32,14 +32,14 @@ class Process:
 
     def end(self, patience=30):
         self.process.terminate()
-        self.process.wait(patience)
+        return self.process.wait(patience)
 
 
 def end_all():
-    """Ends all repositories, and takes their files away."""
-    for each in repositories:
-        each.end()
+    """Ends all repositories, and takes their files away. Whether they end as they should."""
+    codes = [each.end() for each in repositories if each.url]
     subprocess.run(["rm", "-rf", str(SCRATCH)], check=False)
+    return not any(codes)
 
 
 def run(command, environment, patience, stdin="", cwd=None):

@@ -239,21 +239,24 @@ class Player:
 def main():
     arguments = [argument for argument in sys.argv[1:] if argument != "--write"]
     folders = [pathlib.Path(one).resolve() for one in arguments if os.path.isdir(one)]
-    paths = [pathlib.Path(one).resolve() for one in arguments if not os.path.isdir(one)] or sorted(pathlib.Path(__file__).parent.glob("*/*.txt"))
+    paths = [pathlib.Path(one).resolve() for one in arguments if not os.path.isdir(one)]
+    paths = paths or sorted(pathlib.Path(__file__).parent.glob("*/*.txt"))
     if len(paths) > 1: # a process for each, since each has files and repositories of its own
-        return max(subprocess.run([sys.executable, __file__, *sys.argv[1:2 if sys.argv[1] == "--write" else 1], *folders, path],
-                                  check=False).returncode for path in paths)
+        write = ["--write"] if "--write" in sys.argv else []
+        return max(subprocess.run([sys.executable, __file__, *write, *folders, path], check=False).returncode for path in paths)
     path = paths[0]
     try:
         before, after = path.read_text(), Player(folders, path).whole()
     finally:
-        programs.end_all()
+        isEndGood = programs.end_all()
     if "--write" in sys.argv:
         path.write_text(after)
     elif before != after:
         print(*difflib.unified_diff(before.split("\n"), after.split("\n"), path.name, "what came", lineterm=""), sep="\n")
         return 1
-    return 0
+    if not isEndGood:
+        print("a repository did not end with exit code 0")
+    return 0 if isEndGood else 1
 
 
 sys.exit(main())
