@@ -13,8 +13,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <functional>
 #include <iostream>
+#include <limits>
 
 namespace VarnelAPI::Forms::cli {
 namespace {
@@ -32,6 +34,23 @@ struct Verb {
     std::vector<const char*> examples;
 };
 
+/// Numbers within bounds. The checks of the library tell of all that a double can hold.
+template <class Number>
+CLI::Validator within(Number least, Number most, const char* kind) {
+    return CLI::Validator(
+        [=](const std::string& text) {
+            Number value{};
+            const char* const end = text.data() + text.size();
+            const auto read = std::from_chars(text.data(), end, value);
+            const bool isGood = read.ec == std::errc() && read.ptr == end && value >= least && value <= most;
+            return isGood ? std::string() : "\"" + text + "\" is not " + kind;
+        },
+        "");
+}
+CLI::Validator wholeFrom(int least, const char* kind) {
+    return within(least, std::numeric_limits<int>::max(), kind);
+}
+
 /// @name What several verbs take
 /// @{
 void family(CLI::App& app, Options& options) {
@@ -43,7 +62,9 @@ void familyAndId(CLI::App& app, Options& options) {
 }
 void owner(CLI::App& app, Options& options) {
     app.add_option("--class", options.className, "The class of the issues, or of the issue after --of");
-    app.add_option("--of", options.owner, "The issue that they belong to");
+    app.add_option("--of", options.owner, "The issue that they belong to")
+        ->check(
+            CLI::Validator([](const std::string& id) { return id.empty() ? "the id is empty" : std::string(); }, ""));
 }
 void selection(CLI::App& app, Options& options) {
     owner(app, options);
@@ -53,13 +74,15 @@ void selection(CLI::App& app, Options& options) {
 void order(CLI::App& app, Options& options) {
     app.add_option("--order", options.order, "Properties to sort by, separated by commas; with - for the other way");
     app.add_option("--select", options.select, "Properties to fetch, separated by commas");
-    app.add_option("--skip", options.skip, "Leave out so many")->check(CLI::NonNegativeNumber);
+    app.add_option("--skip", options.skip, "Leave out so many")->check(wholeFrom(0, "a whole number from 0"));
 }
-void content(CLI::App& app, Options& options) {
-    app.add_option("--set", options.set, "A property: Name=text, or Name:=JSON for what is no text")
-        ->allow_extra_args(false);
-    app.add_option("-f,--file", options.file,
-                   "A file with the properties as JSON, as get writes them; - for standard input");
+void content(CLI::App& app, Options& options, const char* set, const char* file) {
+    app.add_option("--set", options.set, set)->allow_extra_args(false);
+    app.add_option("-f,--file", options.file, file);
+}
+void properties(CLI::App& app, Options& options) {
+    content(app, options, "A property: Name=text, or Name:=JSON for what is no text",
+            "A file with the properties as JSON, as get writes them; - for standard input");
 }
 /// @}
 
@@ -72,7 +95,7 @@ const std::vector<Verb>& verbs() {
              selection(app, options);
              order(app, options);
              app.add_option("--top", options.top, "So many at most; 50 unless said otherwise")
-                 ->check(CLI::PositiveNumber);
+                 ->check(wholeFrom(1, "a whole number from 1"));
              app.add_flag("--all", options.isAll, "All there are");
          },
          list,
@@ -101,7 +124,7 @@ const std::vector<Verb>& verbs() {
          [](CLI::App& app, Options& options) {
              family(app, options);
              owner(app, options);
-             content(app, options);
+             properties(app, options);
          },
          create,
          {"varnel-forms create issues --class Defect --set _Subject='Door sticks' --set Status=Open --set Floor:=2",
@@ -111,7 +134,7 @@ const std::vector<Verb>& verbs() {
          "Change an instance, unless somebody else changed it meanwhile",
          [](CLI::App& app, Options& options) {
              familyAndId(app, options);
-             content(app, options);
+             properties(app, options);
          },
          update,
          {"varnel-forms update issues D-1 --set Status=Closed --set Floor:=4",
@@ -166,7 +189,8 @@ const std::vector<Verb>& verbs() {
                             "From / on, where {location} stands for the project; else within the project")
                  ->required();
              app.add_option("--query", options.query, "A query option: name=value")->allow_extra_args(false);
-             content(app, options);
+             content(app, options, "A member of a JSON object that is the body: Name=text, or Name:=JSON",
+                     "A file that is the body, as it is; - for standard input");
              app.add_option("--content-type", options.contentType, "What the body is")->default_val("application/json");
              app.add_flag("-i,--include", options.isIncluding, "Show status and headers, too");
          },
@@ -233,7 +257,9 @@ void addCommonOptions(CLI::App& app, Options& options) {
     app.add_flag("-n,--dry-run", options.isDry, "Show the request and send nothing")->group(manners);
     app.add_flag("-v,--verbose", options.isVerbose, "Show requests and what was answered, without secrets")
         ->group(manners);
-    app.add_option("--timeout", options.timeout, "Seconds for each call")->check(CLI::PositiveNumber)->group(manners);
+    app.add_option("--timeout", options.timeout, "Seconds for each call")
+        ->check(within(0.001, 1e6, "a number of seconds from 0.001 to 1000000"))
+        ->group(manners);
     app.add_option("--retries", options.retries,
                    "How often to try again what failed for a while; 2 unless said otherwise")
         ->check(CLI::Range(0, 100))
@@ -244,6 +270,9 @@ void addCommonOptions(CLI::App& app, Options& options) {
 class Help : public CLI::Formatter {
 public:
     Help() { column_width(left); }
+    std::string make_option_usage(const CLI::Option* option) const override {
+        return option->get_required() ? option->get_name(true) : "[" + option->get_name(true) + "]";
+    }
     std::string make_option_desc(const CLI::Option* option) const override {
         std::string text = Formatter::make_option_desc(option);
         for (std::size_t begin = 0; text.size() - begin > width - left;) {
@@ -262,12 +291,13 @@ private:
     static constexpr std::size_t left = 28;
 };
 
-std::string exampleText(const std::vector<const char*>& examples) {
-    std::string text = examples.empty() ? "" : "Examples:\n";
+/// What stands below the help of a command.
+std::string footer(const std::vector<const char*>& examples) {
+    std::string text = examples.empty() ? "" : "\nExamples:\n";
     for (const char* example : examples) {
         text += "  " + std::string(example) + "\n";
     }
-    return text;
+    return text + "\n\"varnel-forms --help\" lists the options of every command and the families.";
 }
 
 std::string familyText() {
@@ -293,8 +323,7 @@ void build(CLI::App& app, Options& options, std::function<void()>& chosen) {
     const auto add = [&](CLI::App& below, const Verb& verb) {
         CLI::App* sub = below.add_subcommand(verb.name, verb.about);
         verb.setup(*sub, options);
-        sub->footer("\n" + exampleText(verb.examples) +
-                    "\n\"varnel-forms --help\" lists the options of every command and the families.");
+        sub->footer(footer(verb.examples));
         sub->callback([&chosen, &options, run = verb.run] { chosen = [&options, run] { run(options); }; });
     };
     for (const Verb& verb : verbs()) {
@@ -302,6 +331,7 @@ void build(CLI::App& app, Options& options, std::function<void()>& chosen) {
     }
     CLI::App* profile = app.add_subcommand("profile", "Keep where the service is and who asks");
     profile->require_subcommand(1);
+    profile->footer(footer({}));
     for (const Verb& verb : profileVerbs()) {
         add(*profile, verb);
     }
@@ -309,8 +339,8 @@ void build(CLI::App& app, Options& options, std::function<void()>& chosen) {
     completion->add_option("SHELL", options.name, "bash, zsh or fish")
         ->required()
         ->check(CLI::IsMember({"bash", "zsh", "fish"}));
-    completion->footer("\n" + exampleText({"varnel-forms completion bash", "varnel-forms completion zsh",
-                                           "varnel-forms completion fish"}));
+    completion->footer(
+        footer({"varnel-forms completion bash", "varnel-forms completion zsh", "varnel-forms completion fish"}));
     completion->callback([&] { chosen = [&] { std::cout << completionScript(options.name); }; });
     app.add_subcommand("manual", "Write the manual page")->group("")->callback([&] {
         chosen = [&] { std::cout << manualPage(app); };
@@ -328,7 +358,9 @@ int run(std::vector<std::string> arguments) {
     // For the shells: what follows is a command line that is not whole yet.
     if (!arguments.empty() && arguments.front() == "complete") {
         for (const std::string& word : complete(app, options, {arguments.begin() + 1, arguments.end()})) {
-            std::cout << word << '\n';
+            if (harmless(word) == word) { // or no shell would take it
+                std::cout << word << '\n';
+            }
         }
         return done;
     }
@@ -338,7 +370,12 @@ int run(std::vector<std::string> arguments) {
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& wrong) {
-        say("varnel-forms: " + harmless(wrong.what()) + "; \"varnel-forms --help\" tells what there is.");
+        const auto unknown = app.remaining(true);
+        const bool isNoCommand =
+            dynamic_cast<const CLI::RequiredError*>(&wrong) != nullptr && !unknown.empty() && unknown.front()[0] != '-';
+        say("varnel-forms: " +
+            harmless(isNoCommand ? "there is no command \"" + unknown.front() + "\"" : std::string(wrong.what())) +
+            "; \"varnel-forms --help\" tells what there is.");
         return wrongUsage;
     }
     try {

@@ -51,7 +51,9 @@ bool takesValue(const CLI::Option& option) {
 void addOptions(const CLI::App& app, Names& names) {
     for (const CLI::Option* option : app.get_options()) {
         for (const std::string& name : option->get_lnames()) {
-            names.push_back("--" + name);
+            if (std::find(names.begin(), names.end(), "--" + name) == names.end()) {
+                names.push_back("--" + name);
+            }
         }
     }
 }
@@ -86,8 +88,11 @@ Names valuesOf(const std::string& option, const std::string& word, const Options
     if (option == "class") {
         return liveClasses(options);
     }
-    if (option == "columns" || option == "add-column" || option == "select" || option == "order") {
-        return listed(word, liveColumns(options));
+    if (option == "columns" || option == "add-column") {
+        return listed(word, liveColumns(options, {"id", "class", "eTag"}));
+    }
+    if (option == "select" || option == "order") {
+        return listed(word, liveColumns(options, {}));
     }
     return {};
 }

@@ -1,3 +1,4 @@
+#include "Failures.h"
 #include "Interrupt.h"
 #include "Verbs.h"
 
@@ -39,8 +40,7 @@ constexpr const char* project = R"({"instances": [
 
 } // namespace
 
-void demo(Options& options) {
-    options.attempt = "Starting a local repository";
+void demo(Options& options) try {
     repository::ServerOptions server;
     server.port = options.port;
     repository::Server repository(server);
@@ -54,6 +54,8 @@ void demo(Options& options) {
               << std::endl;
     Interrupt::wait();
     repository.stop();
+} catch (const std::exception& error) {
+    throw Told(std::string("the local repository does not run: ") + error.what());
 }
 
 } // namespace VarnelAPI::Forms::cli

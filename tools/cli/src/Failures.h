@@ -20,6 +20,11 @@ class Usage : public std::runtime_error {
     using runtime_error::runtime_error;
 };
 
+/// What fails for a reason that its text tells in full: a whole sentence without a stop.
+class Told : public std::runtime_error {
+    using runtime_error::runtime_error;
+};
+
 /// A request of a dry run was shown and not sent.
 class NothingSent : public std::runtime_error {
 public:

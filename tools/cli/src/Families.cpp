@@ -94,8 +94,9 @@ std::shared_ptr<Instance> read(const Json& content) {
         }
     }
     if (!missing.empty()) {
-        throw Usage("there is no property " + missing + ", or it is of another type than " +
-                    toText(column(object({{"properties", *given}}), missing)));
+        const Json value = column(object({{"properties", *given}}), missing); // but for elements of lists
+        throw Usage("there is no property " + missing + ", or it is of another type" +
+                    (value.is_null() ? "" : " than " + toText(value)));
     }
     return instance;
 }

@@ -54,7 +54,7 @@ std::vector<std::string> Jq::run(const Json& value) const {
                 jv_free(result);
                 return results;
             }
-            throw std::runtime_error(textOf(jq_format_error(jv_invalid_get_msg(result))));
+            throw Told("jq failed: " + textOf(jq_format_error(jv_invalid_get_msg(result))));
         }
         results.push_back(jv_get_kind(result) == JV_KIND_STRING ? textOf(result) : textOf(jv_dump_string(result, 0)));
     }

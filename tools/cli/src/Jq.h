@@ -17,7 +17,7 @@ public:
     explicit Jq(const std::string& expression);
 
     /// What it makes of a value, one text for each result: those of texts are the texts themselves, others are JSON.
-    /// @throws std::runtime_error in jq's words if it fails.
+    /// @throws Told in jq's words if it fails.
     std::vector<std::string> run(const Json& value) const;
 
 private:

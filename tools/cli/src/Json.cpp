@@ -9,19 +9,27 @@
 namespace VarnelAPI::Forms::cli {
 namespace {
 
-/// Control characters as JSON writes them: those below blank, and, for terminals, DEL and the second set (U+0080 to
-/// U+009F, which begin with the byte C2 in UTF-8).
+/// Whether a terminal obeys the character of three bytes whose first is E2: marks of direction, and breaks of lines.
+bool isObeyed(unsigned second, unsigned third) {
+    return (second == 0x80 && ((third >= 0x8e && third <= 0x8f) || (third >= 0xa8 && third <= 0xae))) ||
+           (second == 0x81 && third >= 0xa6 && third <= 0xa9);
+}
+
+/// Control characters as JSON writes them: those below blank, and, for terminals, DEL, the second set (U+0080 to
+/// U+009F, which begin with the byte C2 in UTF-8), and what else they obey.
 void writeText(const std::string& text, std::string& out) {
     constexpr char digits[] = "0123456789abcdef";
     const auto escape = [&](unsigned code) {
-        out += "\\u00";
-        out += digits[code >> 4U];
-        out += digits[code & 15U];
+        out += "\\u";
+        for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+            out += digits[(code >> shift) & 15U];
+        }
     };
+    const auto at = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
     out += '"';
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
+        const unsigned byte = at(i);
+        const unsigned next = at(i + 1);
         if (byte == '"' || byte == '\\') {
             out += '\\';
             out += text[i];
@@ -34,6 +42,9 @@ void writeText(const std::string& text, std::string& out) {
         } else if (byte == 0xc2 && next < 0xa0) {
             escape(next);
             ++i;
+        } else if (byte == 0xe2 && isObeyed(next, at(i + 2))) {
+            escape(0x2000 + ((next & 0x3fU) << 6U) + (at(i + 2) & 0x3fU));
+            i += 2;
         } else {
             out += text[i];
         }

@@ -134,9 +134,10 @@ void Rows::line(const Json& value, bool isIndented) {
 
 void Rows::csvLine(const std::vector<std::string>& cells) {
     std::string text;
-    for (const std::string& cell : cells) {
+    for (const std::string& given : cells) {
+        const std::string cell = m_Sink.terminal().isTerminal ? harmless(given) : given;
         const bool isPlain = cell.find_first_of(",\"\r\n") == std::string::npos;
-        text += &cell == cells.data() ? "" : ",";
+        text += &given == cells.data() ? "" : ",";
         if (isPlain) {
             text += cell;
             continue;

@@ -159,6 +159,9 @@ std::string segment(const std::string& text, const std::string& what) {
     if (text.empty()) {
         throw Usage(what + " is empty");
     }
+    if (text == "." || text == "..") {
+        throw Usage(what + " can't be \"" + text + "\", which would lead elsewhere");
+    }
     return web::uri::encode_data_string(text);
 }
 
@@ -177,6 +180,9 @@ int explain(const std::exception_ptr& error, const Options& options) {
     } catch (const Usage& usage) {
         complain(usage.what());
         return wrongUsage;
+    } catch (const Told& failure) {
+        complain(failure.what());
+        return otherFailure;
     } catch (const web::uri_exception& wrong) {
         complain(options.attempt + " is not possible: " + wrong.what());
         return wrongUsage;

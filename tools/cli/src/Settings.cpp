@@ -41,15 +41,6 @@ std::string trimmed(const std::string& text) {
                                       : text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
 }
 
-std::string readFile(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad()) {
-        throw Usage(file + " can't be read");
-    }
-    return text;
-}
-
 void addHeader(std::map<std::string, std::string>& headers, const std::string& line) {
     const std::size_t colon = line.find(':');
     const std::string name = trimmed(line.substr(0, colon));
@@ -88,8 +79,21 @@ std::string textOf(const Json& profile, const char* name) {
 
 } // namespace
 
+std::string readFile(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    stream.peek(); // which a folder fails
+    if (!stream.is_open() || stream.bad()) {
+        throw Usage(file + " can't be read");
+    }
+    stream.clear(); // of the end of an empty one
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 Profiles::Profiles() : m_File(configFile()) {
     m_Content = std::filesystem::exists(m_File) ? parse(readFile(m_File), m_File) : Json::object(true);
+    if (!m_Content.is_object()) {
+        throw Usage(m_File + " holds no profiles");
+    }
     if (const Json* all = member(m_Content, "profiles"); all == nullptr || !all->is_object()) {
         m_Content["profiles"] = Json::object(true);
     }

@@ -53,6 +53,10 @@ private:
     Json m_Content;
 };
 
+/// The bytes of a file.
+/// @throws Usage if it can't be read.
+std::string readFile(const std::string& file);
+
 /// Scheme, host and port of a URL.
 /// @throws Usage if it is none, or holds a name or password.
 std::string originOf(const std::string& url);

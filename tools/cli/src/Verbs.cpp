@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <map>
@@ -40,12 +39,7 @@ std::string readAll(const std::string& file) {
     if (file == "-") {
         return {std::istreambuf_iterator<char>(std::cin), {}};
     }
-    std::ifstream stream(file, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad()) {
-        throw Usage(file + " can't be read");
-    }
-    return text;
+    return readFile(file);
 }
 
 /// The class as it goes into a path.
@@ -239,6 +233,16 @@ std::vector<unsigned char> bodyOf(web::http::http_response& response) {
     return bytes;
 }
 
+/// What the service answered.
+/// @throws std::runtime_error if it is not JSON.
+Json answerOf(const std::string& text) {
+    try {
+        return parse(text, "the answer");
+    } catch (const Usage& wrong) {
+        throw std::runtime_error(wrong.what()); // The user did nothing wrong.
+    }
+}
+
 /// A name for a file from a text of the service's, which must not lead anywhere else.
 std::string fileName(const std::string& text, const std::string& otherwise) {
     const std::string name = std::filesystem::path(harmless(text)).filename().string();
@@ -404,7 +408,7 @@ void remove(Options& options) {
         }
         const std::string answer = ask("Delete " + of.one + " " + harmless(options.id) + "? [y/N] ");
         if (answer != "y" && answer != "Y" && answer != "yes") {
-            throw std::runtime_error("you did not say yes");
+            throw Told("nothing was deleted, since you did not say yes");
         }
     }
     send(session.client(), session.place(), id);
@@ -421,6 +425,9 @@ void upload(Options& options) {
     if (!isNew && !options.owner.empty()) {
         throw Usage("--of is for a new " + of.one + ": leave out its id");
     }
+    if (!isNew && !options.set.empty()) {
+        throw Usage("--set is for a new " + of.one + ": leave out its id, or change it by \"varnel-forms update\"");
+    }
     options.attempt = "Uploading " + file;
     const Session session(options);
     std::shared_ptr<model::StreamBody> body;
@@ -428,6 +435,8 @@ void upload(Options& options) {
         auto bytes = std::make_shared<std::istringstream>(readAll(file));
         const auto size = bytes->str().size();
         body = std::make_shared<model::StreamBody>(std::move(bytes), size);
+    } else if (!std::filesystem::is_regular_file(file)) {
+        throw Usage(file + " can't be read");
     } else {
         body = model::StreamBody::ofFile(file);
     }
@@ -457,7 +466,7 @@ void upload(Options& options) {
                                   "PUT", {}, body, headers, {}, {}, "application/octet-stream")
                         .get();
     const auto bytes = bodyOf(response);
-    const Json changed = bytes.empty() ? Json::null() : parse(std::string(bytes.begin(), bytes.end()), "the answer");
+    const Json changed = bytes.empty() ? Json::null() : answerOf(std::string(bytes.begin(), bytes.end()));
     say("Uploaded " + file + " to " + of.one + " " + harmless(options.id) + ".");
     const Json* inner = member(changed, "changedInstance");
     const Json* after = inner == nullptr ? nullptr : member(*inner, "instanceAfterChange");
@@ -500,6 +509,7 @@ void download(Options& options) {
 void exportAll(Options& options) {
     const Family& of = family(options.family);
     options.attempt = "Exporting " + of.name;
+    options.to = options.to == "-" ? "" : options.to;
     const std::string extension = std::filesystem::path(options.to).extension();
     if (options.output.empty() && !options.to.empty()) {
         if (extension != ".json" && extension != ".jsonl" && extension != ".csv") {
@@ -507,8 +517,7 @@ void exportAll(Options& options) {
         }
         options.output = extension.substr(1);
     }
-    const auto sink =
-        options.to.empty() || options.to == "-" ? std::make_unique<Sink>() : std::make_unique<Sink>(options.to);
+    const auto sink = options.to.empty() ? std::make_unique<Sink>() : std::make_unique<Sink>(options.to);
     const Session session(options);
     Rows rows(*sink, viewOf(options, sink->terminal(), of.columns));
     std::uint64_t read = 0;
@@ -516,7 +525,8 @@ void exportAll(Options& options) {
         std::optional<std::uint64_t> total;
         if (Terminal::of(stderr).isTerminal && of.count && !options.isDry && options.filter.empty() &&
             !isWithin(options, of)) {
-            total = static_cast<std::uint64_t>(totalOf(of.count(session.client(), session.place())));
+            const std::int64_t all = totalOf(of.count(session.client(), session.place()));
+            total = static_cast<std::uint64_t>(std::max<std::int64_t>(all - options.skip, 0));
         }
         Progress progress(of.name);
         each(pages(session, options, of, 0), [&](const Json& instance) {
@@ -527,7 +537,8 @@ void exportAll(Options& options) {
     }
     rows.end();
     sink->close();
-    say("Exported " + std::to_string(read) + " " + of.name + (options.to.empty() ? "." : " to " + options.to + "."));
+    say("Exported " + std::to_string(read) + " " + (read == 1 ? of.one : of.name) +
+        (options.to.empty() ? "." : " to " + options.to + "."));
 }
 
 void request(Options& options) {
@@ -573,7 +584,7 @@ void request(Options& options) {
     }
     const std::string text(bytes.begin(), bytes.end());
     if (response.headers().content_type().find("json") != std::string::npos && !text.empty()) {
-        rows.only(parse(text, "the answer"));
+        rows.only(answerOf(text));
     } else if (sink.terminal().isTerminal) {
         sink.write(harmless(text) + (text.empty() ? "" : "\n"));
     } else {
@@ -655,9 +666,9 @@ std::vector<std::string> liveClasses(Options options) {
     });
 }
 
-std::vector<std::string> liveColumns(Options options) {
+std::vector<std::string> liveColumns(Options options, const std::vector<std::string>& identity) {
     return live(options, [&](const Session& session, const Family& of) {
-        std::vector<std::string> names{"id", "class", "eTag"};
+        std::vector<std::string> names = identity;
         options.filter.clear();
         each(pages(session, options, of, 20), [&](const Json& instance) {
             for (const auto& [name, value] : propertiesOf(instance).as_object()) {

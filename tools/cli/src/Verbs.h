@@ -24,11 +24,11 @@ void useProfile(Options& options);
 void demo(Options& options);
 /// @}
 
-/// The live values of a completion, one after the other: the classes of a project, the columns of a family. None if
-/// they can't be had at once.
+/// The live values of a completion, one after the other: the classes of a project; the columns of a family, after
+/// those that all have. None if they can't be had at once.
 /// @{
 std::vector<std::string> liveClasses(Options options);
-std::vector<std::string> liveColumns(Options options);
+std::vector<std::string> liveColumns(Options options, const std::vector<std::string>& identity);
 /// @}
 
 } // namespace VarnelAPI::Forms::cli

@@ -13,10 +13,12 @@
 #include <array>
 #include <atomic>
 #include <condition_variable>
+#include <fstream>
 #include <mutex>
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace VarnelAPI::Forms::repository {
@@ -428,8 +430,9 @@ private:
         if (!m_keepAlive) {
             reply.headers.emplace_back("Connection", "close");
         }
-        const auto reason = http::obsolete_reason(http::int_to_status(static_cast<unsigned>(reply.status)));
-        m_head = "HTTP/1.1 " + std::to_string(reply.status) + " " + std::string(reason) + "\r\n";
+        const http::status known = http::int_to_status(static_cast<unsigned>(reply.status));
+        const std::string reason = known == http::status::unknown ? "" : std::string(http::obsolete_reason(known));
+        m_head = "HTTP/1.1 " + std::to_string(reply.status) + " " + reason + "\r\n";
         for (const auto& [name, value] : reply.headers) {
             m_head += name + ": " + value + "\r\n";
         }
@@ -603,6 +606,12 @@ private:
     void useTls(const HttpOptions& options) {
         if (options.certificate.empty() || options.key.empty()) {
             throw std::runtime_error("https needs both a certificate and its key");
+        }
+        for (const auto& [what, file] :
+             {std::pair("certificate", options.certificate), std::pair("key", options.key)}) {
+            if (!std::ifstream(file)) { // for which TLS has no words
+                throw std::runtime_error(std::string("Can't use the ") + what + " \"" + file + "\": it can't be read");
+            }
         }
         m_tls.emplace(asio::ssl::context::tls_server);
         m_tls->set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_tlsv1 |

@@ -6,15 +6,19 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 
 namespace VarnelAPI::Forms::repository {
 
-std::string inflated(std::string body, const std::string& coding, std::size_t maxBytes) {
+std::string inflated(std::string body, const std::string& name, std::size_t maxBytes) {
+    std::string coding = name;
+    std::transform(coding.begin(), coding.end(), coding.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     if (coding.empty() || coding == "identity") {
         return body;
     }
     if (coding != "gzip" && coding != "x-gzip" && coding != "deflate") {
-        throw ServiceError(415, "The Content-Encoding \"" + coding + "\" is not gzip or deflate");
+        throw ServiceError(415, "The Content-Encoding \"" + name + "\" is not gzip or deflate");
     }
     constexpr int eitherHeader = 32; // gzip's or zlib's
     z_stream stream{};

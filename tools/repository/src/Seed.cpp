@@ -28,15 +28,16 @@ std::string toBase64(std::string_view bytes) {
 
 std::string fromBase64(const std::string& text, const std::string& where) {
     std::string bytes(text.size() / 4 * 3, '\0');
-    const bool isWhole = text.size() % 4 == 0 && text.size() <= std::numeric_limits<int>::max();
+    const std::size_t padding = std::min(text.find('='), text.size());
+    const bool isWhole = text.size() % 4 == 0 && text.size() <= std::numeric_limits<int>::max() &&
+                         text.size() - padding <= 2 && text.find_first_not_of('=', padding) == std::string::npos;
     if (!isWhole || EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
                                     reinterpret_cast<const unsigned char*>(text.data()),
                                     static_cast<int>(text.size())) != static_cast<int>(bytes.size())) {
         refuse(where + ": \"file\" is not Base64");
     }
     // What pads the text was decoded as zeros.
-    const std::size_t last = text.find_last_not_of('=');
-    bytes.resize(bytes.size() - (text.empty() ? 0 : text.size() - 1 - last));
+    bytes.resize(bytes.size() - (text.size() - padding));
     return bytes;
 }
 

@@ -95,11 +95,12 @@ void Server::reset() {
 }
 void Server::seed(const std::string& file) {
     std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    stream.peek(); // which a folder fails
     if (!stream.is_open() || stream.bad()) {
         throw std::runtime_error("Can't read the seed \"" + file + "\"");
     }
-    seedText(text);
+    stream.clear(); // of the end of an empty one
+    seedText({std::istreambuf_iterator<char>(stream), {}});
 }
 void Server::seedText(const std::string& text) {
     m_impl->service().store().seed(text);

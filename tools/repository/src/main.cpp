@@ -8,6 +8,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <limits>
 #include <thread>
 
 #ifndef _WIN32
@@ -32,7 +33,7 @@ int main(int argc, char** argv) try {
     app.add_option("--port", options.port, "Port to listen on; 0 takes any free one")
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
-    app.add_option("--database", options.database, "Database file, made when missing; in memory when not given");
+    app.add_option("--database", options.database, "Database file, made when missing; a temporary one when not given");
     app.add_option("--host", options.host, "Address to listen at")->capture_default_str();
     app.add_option("--base-path", options.basePath, "Path in front of /sv1.2");
     std::string token;
@@ -41,10 +42,10 @@ int main(int argc, char** argv) try {
     CLI::Option* tokenOption =
         app.add_option("--token", token, "Bearer token that requests must show; none by default");
     app.add_option("--token-calls", calls, "How many requests the token is good for")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()))
         ->needs(tokenOption);
     app.add_option("--token-seconds", seconds, "How long the token is good")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()))
         ->needs(tokenOption);
     app.add_option("--certificate", options.certificate, "PEM file of a certificate, for https");
     app.add_option("--key", options.key, "PEM file of its key");
