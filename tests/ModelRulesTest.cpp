@@ -343,6 +343,12 @@ TEST(CustomProps, LieInOneTablePerType) {
     EXPECT_EQ(text, "text");
     EXPECT_FALSE(flag);
     EXPECT_FALSE(custom.getCustomProp(number, "b"_t) || custom.getCustomProp(integer, "a"_t));
+    Custom changed(json);
+    changed.setCustomProp("a"_t, 2.5);
+    changed.setCustomProp("b"_t, 3);
+    changed.setCustomProp("f"_t, "other"_t);
+    changed.setCustomProp("g"_t, true);
+    EXPECT_EQ(textOf(changed), R"({"f":"other","b":3,"a":2.5,"g":true})");
     EXPECT_EQ(custom.toJson().size(), 4U) << "no objects, lists or nulls";
     json = value::parse("[1]"_t);
     custom.fromJson(json);

@@ -437,6 +437,13 @@ TEST_F(OperationsTest, EachSendsItsRequestAndReadsItsResult) {
     EXPECT_EQ(after.left - before.left, hasLane ? 0 : models) << "ordinary answers take the fast lane";
 }
 
+TEST_F(OperationsTest, EachNamesItselfInItsFailure) {
+    for (const Row& row : allRows()) {
+        server.reply(Reply::json("{}", 500, "Own"));
+        EXPECT_EQ(apiErrorOf([&] { row.call(client); }), "500 error calling " + row.name + ": Own|{}");
+    }
+}
+
 TEST_F(OperationsTest, TableCoversWhatTheHeadersDeclare) {
     std::set<std::string> covered = {"fileInsert_DynamicSchemaFile_instanceId"};
     for (const Row& row : allRows()) {

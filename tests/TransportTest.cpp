@@ -970,6 +970,22 @@ TEST_F(CurlTransportTest, FailuresHaveCodes) {
     EXPECT_EQ(endOf(list(client)), "late");
 }
 
+TEST_F(CurlTransportTest, CancelingEndsWhatOAuthAuthorizes) {
+    using namespace web::http::oauth2::experimental;
+    oauth2_config oauth("id", "key", "http://a/", "http://t/", "http://r/");
+    oauth.set_token(oauth2_token("token"));
+    configuration->getHttpConfig().set_oauth2(oauth);
+    configuration->getDefaultHeaders().erase("Authorization");
+    server.reply(Reply::raw("").endingWith(Ending::KeepOpen));
+    pplx::cancellation_token_source source;
+    const auto call = list(client->with(CallOptions().cancelOn(source.get_token())));
+    ASSERT_TRUE(server.waitForRequests(1));
+    EXPECT_EQ(server.requests()[0].header("Authorization"), "Bearer token");
+    source.cancel();
+    EXPECT_EQ(endOf(call), "canceled");
+    EXPECT_TRUE(server.waitForCloses(1)) << "the transfer has ended, too";
+}
+
 TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {
     server.replyAlways(kept());
     auto& settings = configuration->getHttpConfig();
