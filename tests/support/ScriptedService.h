@@ -241,9 +241,9 @@ public:
         const bool takesEffect = word.back() == '!' || word == "200";
         const bool isEarly = word.back() == '~';
         word = word.substr(0, word.find_first_of("!~"));
-        m_Effects +=
-            takesEffect && request.method() != "GET" && request.method() != "HEAD" && request.method() != "OPTIONS" ? 1
-                                                                                                                    : 0;
+        const auto method = request.method();
+        const bool reads = method == "GET" || method == "HEAD" || method == "OPTIONS";
+        m_Effects += takesEffect && !reads ? 1 : 0;
         const auto fail = [](auto exception) {
             return pplx::task_from_exception<web::http::http_response>(std::move(exception));
         };
