@@ -22,17 +22,28 @@ def environment(programs):
             **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}}
 
 
+PATIENCE = 30  # with the start and the end of a repository
+
+
 class Process:
-    """A repository that runs until the end of the test."""
+    """A repository that runs until the end of the test. Without a URL it did not start, and is gone."""
 
     def __init__(self, program, *options):
         self.process = subprocess.Popen([os.path.abspath(program), *options], stdout=subprocess.PIPE, text=True, cwd=SCRATCH)
         repositories.append(self)
-        self.url = self.process.stdout.readline().strip()
+        hasSpoken = select.select([self.process.stdout], [], [], PATIENCE)[0]
+        self.url = self.process.stdout.readline().strip() if hasSpoken else ""
+        if not self.url:
+            self.end()
 
-    def end(self, patience=30):
+    def end(self):
+        """How it ended; one that does not by itself leaves nothing behind, either."""
         self.process.terminate()
-        return self.process.wait(patience)
+        try:
+            return self.process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            return self.process.wait()
 
 
 def end_all():
