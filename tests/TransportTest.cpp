@@ -12,6 +12,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -113,6 +114,7 @@ protected:
         for (const auto& entry : fs::directory_iterator(folder)) {
             names.push_back(entry.path().filename());
         }
+        std::sort(names.begin(), names.end()); // a folder has no order of its own
         return names;
     }
     static std::string textOf(const fs::path& file) {
