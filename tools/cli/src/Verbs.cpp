@@ -307,7 +307,7 @@ void count(Options& options) {
     const auto rowOf = [](const Json& schema, const Json& name, const Json& number) {
         return object({{"schemaName", schema}, {"className", name}, {"count", number}});
     };
-    if (of.count && options.filter.empty() && options.owner.empty()) {
+    if (of.count && options.filter.empty() && options.filterSettings.empty() && options.owner.empty()) {
         for (const Json& row : of.count(session.client(), session.place())) {
             if (options.className.empty() || cell(column(row, "ECClassName")) == options.className) {
                 rows.push_back(rowOf(column(row, "ECSchemaName"), column(row, "ECClassName"), column(row, "count")));

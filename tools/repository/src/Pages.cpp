@@ -205,11 +205,11 @@ std::string instances(Database& database, const std::string& location, const std
 /// The type of a picture that a browser can show without running anything; "" for other bytes.
 const char* pictureType(std::string_view bytes) {
     const auto begins = [&](std::string_view mark) { return bytes.substr(0, mark.size()) == mark; };
-    return begins("\x89PNG\r\n\x1a\n")                      ? "image/png"
-           : begins("\xFF\xD8\xFF")                         ? "image/jpeg"
-           : begins("GIF87a") || begins("GIF89a")           ? "image/gif"
-           : begins("RIFF") && bytes.substr(8, 4) == "WEBP" ? "image/webp"
-                                                            : "";
+    return begins("\x89PNG\r\n\x1a\n")                    ? "image/png"
+           : begins("\xFF\xD8\xFF")                       ? "image/jpeg"
+           : begins("GIF87a") || begins("GIF89a")         ? "image/gif"
+           : begins("RIFF") && bytes.find("WEBP", 8) == 8 ? "image/webp"
+                                                          : "";
 }
 
 std::string fileOf(Database& database, std::int64_t number, const std::string& link) {
