@@ -125,6 +125,7 @@ const Scenario scenarios[] = {
     {75, "select", "", "unresolved2 429@99999 200", "500 30000", 0, "ok"},
     {76, "select", "", "503 derived", "500", 0, "derived"},
     {77, "call OPTIONS", "", "reset 200", "500", 0, "answer 200"},
+    {78, "select", "cap300000 total900000", "429@120 200", "120000", 0, "ok"},
 };
 
 class RetriesTest : public ::testing::Test {

@@ -174,7 +174,7 @@ void CurlLoop::work() {
     for (;;) {
         const bool isClosing = m_IsClosing; // Whatever was posted before that is begun.
         runPosted();
-        if (m_IsHalted || (isClosing && m_Active.empty())) {
+        if (m_IsHalted || (isClosing && m_Active.empty() && m_Waiting == 0)) {
             break;
         }
         int running = 0;

@@ -44,6 +44,8 @@ public:
     /// Takes a transfer out that ended, or is to end, with this failure, if any.
     void take(const std::shared_ptr<CurlTransfer>& transfer, std::exception_ptr failure,
               End end = End::AtOnce) noexcept;
+    /// A transfer that was taken out still waits for what is being written, or no longer does.
+    void waits(bool isWaiting) noexcept { m_Waiting += isWaiting ? 1 : -1; }
 
 private:
     static void haltAll();
@@ -62,6 +64,7 @@ private:
     std::mutex m_Mutex;
     std::vector<std::function<void()>> m_Posted;
     std::unordered_set<std::shared_ptr<CurlTransfer>> m_Active;
+    int m_Waiting = 0;
     /// No transfer is late before.
     Clock::time_point m_Earliest = Clock::time_point::max();
     /// Whether transfers may have been streams of one connection, since there were none.

@@ -115,8 +115,9 @@ void CurlTransfer::continueAfter(const pplx::task<Result>& task, std::function<v
             });
             if (!self->m_IsEnded) {
                 curl_easy_pause(self->m_Handle, CURLPAUSE_CONT);
-            } else if (!self->m_IsWriting) {
+            } else if (!self->m_IsWriting && !self->m_IsSettled) {
                 self->settle();
+                self->m_Loop->waits(false);
             }
         };
         try {
@@ -318,6 +319,8 @@ void CurlTransfer::ends(std::exception_ptr failure, CurlLoop::End end) noexcept 
     curl_easy_cleanup(std::exchange(m_Handle, nullptr));
     if (!m_IsWriting || isOurs || end == CurlLoop::End::AtOnce) {
         settle();
+    } else {
+        m_Loop->waits(true);
     }
 }
 
