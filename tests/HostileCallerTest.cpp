@@ -299,7 +299,8 @@ TEST_F(HostileCallerTest, NumbersThatJsonCannotHoldAreRefusedInTheCall) {
         insert("property", [=](auto& issue) { issue.setLatitude(number); });
         insert("custom property", [=](auto& issue) { issue.setCustomProp("n", web::json::value(number)); });
         insert("nested property", [=](auto& issue) {
-            issue.setCustomProp("n", web::json::value::object({{"o", web::json::value::array({{number}})}}));
+            using web::json::value;
+            issue.setCustomProp("n", value::object({{"o", value::object({{"p", value::array({{number}})}})}}));
         });
         insert("within a custom property", [=](auto& issue) {
             issue.setCustomProp("n", web::json::value::array(std::vector<web::json::value>(2, number)));

@@ -57,7 +57,10 @@ public:
     RawConnection(const RawConnection&) = delete;
     RawConnection& operator=(const RawConnection&) = delete;
 
-    void say(const std::string& text) const { ::send(m_socket, text.data(), text.size(), MSG_NOSIGNAL); }
+    /// Whether all of it was taken.
+    bool say(const std::string& text) const {
+        return ::send(m_socket, text.data(), text.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(text.size());
+    }
     /// What comes until the other side closes, or until the text is there; "!" at its end stands for a reset, "?" for
     /// nothing more in time.
     std::string hear(const std::string& until = "") const {
@@ -1049,7 +1052,7 @@ TEST(HostileTest, MalformedRequestsAreRefusedAtOnce) {
              {request("POST", "S/C", "Content-Length: 99999999999999999999999\r\n"), "400"},
              {request("POST", "S/C", "Content-Length: 5001\r\n"), "413"},
              {request("POST", "S/C", "Expect: 100-continue\r\nContent-Length: 5001\r\n"), "413"},
-             {request("POST", "S/C", "Content-Length: 3000000\r\n") + std::string(3000000, 'x'), "413"},
+             {request("POST", "S/C", "Content-Length: 30000000\r\n") + std::string(30000000, 'x'), "413"},
              {request("POST", "S/C", "Transfer-Encoding: chunked\r\nContent-Length: 3\r\n"), "400"},
              {request("POST", "S/C", "Transfer-Encoding: chunked\r\n") + "zz\r\n", "400"},
              {request("POST", "S/C", "Transfer-Encoding: chunked\r\n") + "1389\r\n" + std::string(5001, 'x'), "413"},
@@ -1071,7 +1074,7 @@ TEST(HostileTest, MalformedRequestsAreRefusedAtOnce) {
              {"GET " + root + "S/C HTTP/1.0\r\n\r\n", "200"},
              {request("BREW", "S/C", "Connection: close\r\n"), "405"}}) {
         const RawConnection connection(server.port());
-        connection.say(said);
+        EXPECT_TRUE(connection.say(said)) << "who still sends is heard out";
         std::string heard = connection.hear("\r\n\r\n");
         EXPECT_EQ(heard.substr(0, 12), "HTTP/1.1 " + expected) << said.substr(0, 100) << heard;
         if (expected == "413") {
@@ -1147,6 +1150,32 @@ TEST(HostileTest, MemoryIsBounded) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which have memory of their own
     EXPECT_LT(process.peakMemory(), 256);
 #endif
+}
+
+TEST(HostileTest, BodiesUnderWayAreBoundedTogether) {
+    ServerOptions options;
+    options.maxBodyBytes = std::size_t{16} * 1024 * 1024;
+    const Server server(options);
+    const std::string large(15'000'000, ' ');
+    Client client(server);
+    const auto answerOnce = [&](bool isRefused) {
+        Answer answer;
+        for (int i = 0; i < 100; ++i) { // until the service has read, or noticed, what the others do
+            answer = client.send("POST", "S/C", large + "null");
+            if ((answer.status == 503) == isRefused) {
+                break;
+            }
+        }
+        return answer;
+    };
+    std::vector<std::unique_ptr<RawConnection>> slow;
+    for (int i = 0; i < 4; ++i) {
+        slow.push_back(std::make_unique<RawConnection>(server.port()));
+        slow.back()->say(request("POST", "S/C", "Content-Length: 15000001\r\n") + large);
+    }
+    EXPECT_NE(answerOnce(true).body.find("The requests under way take too much memory"), std::string::npos);
+    slow.clear();
+    EXPECT_EQ(answerOnce(false).status, 201) << "what broke off holds nothing any more";
 }
 
 TEST(HostileTest, FiveHundredSlowSendersHoldUpNobody) {

@@ -524,7 +524,7 @@ void exportAll(Options& options) {
     {
         std::optional<std::uint64_t> total;
         if (Terminal::of(stderr).isTerminal && of.count && !options.isDry && options.filter.empty() &&
-            !isWithin(options, of)) {
+            options.filterSettings.empty() && !isWithin(options, of)) {
             const std::int64_t all = totalOf(of.count(session.client(), session.place()));
             total = static_cast<std::uint64_t>(std::max<std::int64_t>(all - options.skip, 0));
         }
