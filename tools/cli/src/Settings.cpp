@@ -68,8 +68,16 @@ std::map<std::string, std::string> headersOf(const std::vector<std::string>& giv
     return headers;
 }
 
+std::string checkedToken(std::string token, const std::string& place) {
+    if (token.empty() || std::any_of(token.begin(), token.end(), [](char c) { return c <= ' ' || c > '~'; })) {
+        throw Usage(place + " holds no token: it is one word");
+    }
+    return token;
+}
+
 std::string tokenOf(const Access& access) {
-    return access.tokenFile.empty() ? access.token : readToken(access.tokenFile);
+    return access.tokenFile.empty() ? checkedToken(access.token, "VARNEL_FORMS_TOKEN or the profile")
+                                    : readToken(access.tokenFile);
 }
 
 std::string textOf(const Json& profile, const char* name) {
@@ -189,10 +197,7 @@ std::string readToken(const std::string& file) {
     } else {
         token = trimmed({std::istreambuf_iterator<char>(std::cin), {}});
     }
-    if (token.empty() || std::any_of(token.begin(), token.end(), [](char c) { return c <= ' ' || c > '~'; })) {
-        throw Usage((file == "-" ? "standard input" : file) + " holds no token: it is one word");
-    }
-    return token;
+    return checkedToken(std::move(token), file == "-" ? "standard input" : file);
 }
 
 /// There is one authorization, a header of one's own or a token.
