@@ -294,6 +294,10 @@ private:
         if (m_request.target.size() > maxTargetBytes) {
             return refuse(tooLongTarget());
         }
+        if (const auto coding = head[http::field::transfer_encoding];
+            !coding.empty() && !beast::iequals(coding, "chunked")) {
+            return refuse(errorReply(501, "The Transfer-Encoding \"" + std::string(coding) + "\" is not chunked"));
+        }
         if (std::optional<Reply> reply = m_shared.service.refuse(m_request)) {
             return refuse(std::move(*reply), m_parser->is_done());
         }

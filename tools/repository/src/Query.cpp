@@ -55,7 +55,7 @@ SqlValue numberOf(const Json& value) {
 Query::Query(const QueryOptions& options, Accepts accepts) {
     std::set<std::string_view> seen;
     for (const auto& [name, text] : options) {
-        if (name == "definitionFormat" && text != "json" && text != "xml") {
+        if (name == "definitionFormat" && !text.empty() && text != "json" && text != "xml") {
             refuse("definitionFormat: expected json or xml, found \"" + text + "\"");
         }
         if (name.empty() || name.front() != '$') {

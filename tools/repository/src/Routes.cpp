@@ -231,6 +231,7 @@ Reply errorReply(int status, const std::string& description) {
                            {414, "UriTooLong", "The request address is too long."},
                            {415, "UnsupportedMediaType", "The request body has an unknown coding."},
                            {431, "RequestHeaderFieldsTooLarge", "The request headers are too large."},
+                           {501, "NotImplemented", "The request has an unknown transfer coding."},
                            {503, "ServiceUnavailable", "The repository has too much to do."},
                            {500, "InternalError", "The repository failed."},
                            {status, "RequestFailed", "The request can't be served."}};
