@@ -22,6 +22,10 @@ using namespace std::chrono_literals;
 
 /// What can't be read twice.
 struct Pipe final : std::streambuf {
+    pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
+        return off_type(throws ? 0 : -1);
+    }
+    pos_type seekpos(pos_type, std::ios_base::openmode) override { return throws ? throw Own() : off_type(-1); }
     int_type underflow() override {
         if (left.empty()) {
             return traits_type::eof();
@@ -32,6 +36,7 @@ struct Pipe final : std::streambuf {
         return traits_type::to_int_type(bytes[0]);
     }
     std::string left = "bytes", bytes;
+    bool throws = false;
 };
 
 struct Scenario {
@@ -299,6 +304,14 @@ TEST_F(RetriesTest, ScenariosEndAsTheyShouldWithTheLocalRepository) {
     EXPECT_GE(played, 35);
 }
 #endif
+
+TEST_F(RetriesTest, AStreamThatThrowsIsNotReadTwice) {
+    RetryPolicy policy;
+    policy.changes = true;
+    pipe.throws = true;
+    service->script("503", *clock);
+    EXPECT_EQ(endOf("pipe PUT", client->with(CallOptions().retry(policy))), "answer 503");
+}
 
 TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
     service->script("503 200", *clock);
@@ -717,6 +730,18 @@ TEST_F(RetriesTest, ObserversChangeNothing) {
     service->always("200");
     const auto throwing = std::make_shared<Observer>([](const CallEvent&) { throw Own(); });
     EXPECT_EQ(endOf("select", client->with(CallOptions().observer(throwing))), "ok");
+    std::atomic<int> told = 0;
+    const auto odd = std::make_shared<Observer>([&told](const CallEvent&) {
+        ++told;
+        throw 1; // NOLINT(hicpp-exception-baseclass): it may be anything
+    });
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(endOf("select", client->with(CallOptions().observer(odd))), "ok");
+    }
+    for (int i = 0; i < 2000 && told < 6; ++i) {
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_EQ(told, 6) << "what it throws is dropped, and no event with it";
     std::promise<void> release;
     std::atomic<int> seen = 0, atOnce = 0;
     // A call that waits for its observer would wait for ever.

@@ -837,8 +837,10 @@ TEST_F(TransportTest, BodiesAreReadAsTheyComeIn) {
     EXPECT_EQ(in.sbumpc(), end);
     EXPECT_EQ(in.nextc().get(), end);
     EXPECT_EQ(out.putc('o').get(), end);
+    size = 1;
     EXPECT_TRUE(in.acquire(block, size));
     EXPECT_EQ(block, nullptr);
+    EXPECT_EQ(size, 0U);
     EXPECT_EQ(out.getpos(std::ios_base::out), end);
 }
 

@@ -221,7 +221,8 @@ TEST_F(FilesTest, RefuseBadInputAtOnce) {
     refused([&] { kit::download(files, "L", "i", ""); });
     EXPECT_EQ(messageOf<std::invalid_argument>([] { kit::bytesOf(model::HttpContent()); }),
               "the data of the content is an empty pointer");
-    EXPECT_THROW(kit::upload(files, "L", "i", FileContent::ofFile(path)), std::system_error);
+    const auto missing = FileContent::ofFile(path); // It is opened when it is sent.
+    EXPECT_THROW(kit::upload(files, "L", "i", missing), std::system_error);
     EXPECT_THROW(kit::upload(files, "L", "i", FileContent::ofFile(folder.string())), std::system_error);
     EXPECT_THROW(kit::download(files, "L", "i", path + "/no/such/folder"), std::system_error);
     EXPECT_THROW(kit::download(files, "L", "i", folder.string()), std::system_error);

@@ -1178,6 +1178,21 @@ TEST(HostileTest, BodiesUnderWayAreBoundedTogether) {
     EXPECT_EQ(answerOnce(false).status, 201) << "what broke off holds nothing any more";
 }
 
+TEST(HostileTest, ItGoesOnWhenDescriptorsAreThereAgain) {
+    const TemporaryFolder folder;
+    const Process process(folder, {});
+    const int port = portOf(process);
+    EXPECT_EQ(Client(port).list("S/C").size(), 0U);
+    process.allowDescriptors(30);
+    std::vector<std::unique_ptr<RawConnection>> many;
+    for (int i = 0; i < 60; ++i) {
+        many.push_back(std::make_unique<RawConnection>(port));
+    }
+    std::this_thread::sleep_for(100ms); // in which it fails to accept one
+    many.clear();
+    EXPECT_EQ(Client(port).send("GET", "S/C").status, 200);
+}
+
 TEST(HostileTest, FiveHundredSlowSendersHoldUpNobody) {
     allowDescriptors();
     ServerOptions options;

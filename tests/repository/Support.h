@@ -17,6 +17,7 @@
 #include <functional>
 #include <spawn.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -129,22 +130,22 @@ private:
     fs::path m_path;
 };
 
-/// A program, with its standard output and error as files. It is ended with its Process.
+/// A program, with its standard output and error as files. It is ended with its Process, or with a test that is ended.
 class Process {
 public:
     Process(const TemporaryFolder& folder, const std::vector<std::string>& arguments,
             const char* program = VARNEL_FORMS_REPOSITORY_EXECUTABLE)
         : m_out(folder.file("out")), m_error(folder.file("error")) {
-        std::vector<char*> argv{const_cast<char*>(program)};
+        std::vector<const char*> words{"setpriv", "--pdeathsig", "KILL", program};
         for (const std::string& argument : arguments) {
-            argv.push_back(const_cast<char*>(argument.c_str()));
+            words.push_back(argument.c_str());
         }
-        argv.push_back(nullptr);
+        words.push_back(nullptr);
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 1, m_out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         posix_spawn_file_actions_addopen(&actions, 2, m_error.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        EXPECT_EQ(posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), environ), 0);
+        EXPECT_EQ(posix_spawnp(&m_pid, words[0], &actions, nullptr, const_cast<char**>(words.data()), environ), 0);
         posix_spawn_file_actions_destroy(&actions);
     }
 
@@ -158,6 +159,10 @@ public:
     Process& operator=(const Process&) = delete;
 
     void signal(int number) const { kill(m_pid, number); }
+    void allowDescriptors(rlim_t count) const {
+        const rlimit limit{count, count};
+        EXPECT_EQ(prlimit(m_pid, RLIMIT_NOFILE, &limit, nullptr), 0);
+    }
     /// -1 when a signal ended it, or when it goes on.
     int exitCode() {
         int status = 0;

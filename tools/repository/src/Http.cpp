@@ -326,9 +326,31 @@ private:
         m_parser->get().body().data = m_piece.data();
         m_parser->get().body().size = m_piece.size();
         m_parser->get().body().more = true;
+        m_parser->eager(true);
         limitTime(m_shared.requestTimeout);
-        http::async_read(m_stream, m_buffer, *m_parser,
-                         bound([this](error_code error, std::size_t /*bytes*/) { takePiece(error); }));
+        parsePiece();
+    }
+
+    /// Parses what was read already, and reads on until the piece is full or the body ends. `http::async_read` would do
+    /// that, but what the parser throws for a trailer that is too long would leave its handlers, and end the program.
+    void parsePiece() {
+        error_code error;
+        try {
+            m_buffer.consume(m_parser->put(m_buffer.data(), error));
+        } catch (const std::length_error&) {
+            error = http::error::header_limit;
+        }
+        if (error ? error != http::error::need_more : m_parser->is_done()) {
+            return takePiece(error);
+        }
+        if (m_buffer.size() == m_buffer.max_size()) {
+            return takePiece(http::error::header_limit);
+        }
+        m_stream.async_read_some(m_buffer.prepare(std::min(m_buffer.max_size() - m_buffer.size(), pieceBytes)),
+                                 bound([this](error_code failed, std::size_t bytes) {
+                                     m_buffer.commit(bytes);
+                                     failed ? takePiece(failed) : parsePiece();
+                                 }));
     }
 
     void takePiece(error_code error) {
