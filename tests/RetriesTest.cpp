@@ -25,7 +25,9 @@ struct Pipe final : std::streambuf {
     pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
         return off_type(throws ? 0 : -1);
     }
-    pos_type seekpos(pos_type, std::ios_base::openmode) override { return throws ? throw Own() : off_type(-1); }
+    pos_type seekpos(pos_type, std::ios_base::openmode) override {
+        return throws && ++seeks > lastSeek ? throw Own() : off_type(throws ? 0 : -1);
+    }
     int_type underflow() override {
         if (left.empty()) {
             return traits_type::eof();
@@ -37,6 +39,7 @@ struct Pipe final : std::streambuf {
     }
     std::string left = "bytes", bytes;
     bool throws = false;
+    int seeks = 0, lastSeek = 0;
 };
 
 struct Scenario {
@@ -310,7 +313,14 @@ TEST_F(RetriesTest, AStreamThatThrowsIsNotReadTwice) {
     policy.changes = true;
     pipe.throws = true;
     service->script("503", *clock);
-    EXPECT_EQ(endOf("pipe PUT", client->with(CallOptions().retry(policy))), "answer 503");
+    const auto repeating = client->with(CallOptions().retry(policy));
+    EXPECT_EQ(endOf("pipe PUT", repeating), "answer 503");
+    pipe.left = "bytes";
+    pipe.seeks = 0;
+    pipe.lastSeek = 1;
+    service->script("503 200", *clock);
+    EXPECT_EQ(endOf("pipe PUT", repeating), "own") << "it was thought to be read again";
+    EXPECT_EQ(service->unplayed(), 1U);
 }
 
 TEST_F(RetriesTest, NothingIsRepeatedUnlessItIsWished) {
@@ -724,6 +734,36 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     text += three;
     EXPECT_NE(text.find(" canceled\n"), std::string::npos) << text;
     EXPECT_EQ(text.find("SECRET"), std::string::npos) << text;
+}
+
+TEST_F(RetriesTest, CopiesOfOptionsPartWhenOneChanges) {
+    std::atomic<int> told = 0;
+    const auto observer = std::make_shared<Observer>([&told](const CallEvent&) { ++told; });
+    const CallOptions first = CallOptions().header("X-One", "1");
+    pplx::cancellation_token_source canceled;
+    canceled.cancel();
+    using Change = std::function<void(CallOptions&)>;
+    for (const Change& change : std::initializer_list<Change>{
+             [&](CallOptions& options) { options.observer(observer); },
+             [&](CallOptions& options) { options.cancelOn(canceled.get_token()); },
+             [](CallOptions& options) { options.deadline(1ms); },
+             [](CallOptions& options) { options.header("B", "2"); },
+             [](CallOptions& options) { options.onResponse([](auto, const auto&) { throw Own(); }); },
+             [](CallOptions& options) { options.onProgress([](const auto&) { throw Own(); }); },
+             [](CallOptions& options) { options.retry({}); },
+             [](CallOptions& options) { options.traceparent([]() -> utility::string_t { throw Own(); }); },
+             [](CallOptions& options) {
+                 options.credentials(std::make_shared<Credentials>([](auto) -> pplx::task<Token> { throw Own(); }));
+             }}) {
+        CallOptions other = first;
+        change(other);
+        service->script("503 200", *clock);
+        EXPECT_EQ(endOf("select", client->with(first)), "503");
+        const std::string sent = service->requests().back();
+        EXPECT_TRUE(sent.find("X-One: 1") != std::string::npos && sent.find("B: 2") == std::string::npos) << sent;
+    }
+    std::this_thread::sleep_for(50ms); // Observers are told later.
+    EXPECT_EQ(told, 0);
 }
 
 TEST_F(RetriesTest, ObserversChangeNothing) {

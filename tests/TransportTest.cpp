@@ -157,6 +157,7 @@ TEST_F(TransportTest, AClientWithWishesSharesEverythingElse) {
     request = server.takeRequest();
     EXPECT_EQ(request.header("Authorization") + request.header("X-One"), "Bearer t");
     EXPECT_EQ(client->getCallOptions(), nullptr);
+    EXPECT_EQ(std::as_const(*configuration).getDefaultHeaders().count("X-Late"), 1U);
 
     const ApiClient copy = *client;
     const auto other = std::make_shared<ApiConfiguration>(*configuration);
@@ -1045,6 +1046,34 @@ TEST_F(CurlTransportTest, StreamsThatWriteLaterGetAllThatComes) {
         EXPECT_EQ(textOf(target), body) << "calls in flight go on without their transport";
         fs::remove(target);
     }
+}
+
+TEST_F(CurlTransportTest, ABodyEndsWhenItsLastPieceIsWritten) {
+    struct Late final : concurrency::streams::details::basic_producer_consumer_buffer<uint8_t> {
+        Late() : basic_producer_consumer_buffer(512) {}
+        pplx::task<std::size_t> _putn(const uint8_t* bytes, std::size_t size) override {
+            taken.append(reinterpret_cast<const char*>(bytes), size);
+            return pplx::create_task(written).then([size] { return size; });
+        }
+        std::string taken;
+        pplx::task_completion_event<void> written;
+    };
+    struct Buffer final : concurrency::streams::streambuf<uint8_t> {
+        explicit Buffer(const std::shared_ptr<Late>& late) : streambuf(late) {}
+    };
+    const auto late = std::make_shared<Late>();
+    web::http::http_request request;
+    request.set_request_uri("x");
+    request.set_response_stream(Buffer(late).create_ostream());
+    server.reply(Reply::of(200, "OK", "", "last"));
+    CurlTransport transport;
+    const auto answer = transport.send(server.url(), {}, request, pplx::cancellation_token::none()).get();
+    const auto body = answer.content_ready();
+    std::this_thread::sleep_for(100ms); // in which the transfer ends
+    EXPECT_FALSE(body.is_done());
+    late->written.set();
+    EXPECT_EQ(endOf(body), "ok");
+    EXPECT_EQ(late->taken, "last");
 }
 
 TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {

@@ -622,6 +622,9 @@ TEST(TlsServerTest, ServesHttpsAndNothingElse) {
     const RawConnection plain(server.port());
     plain.say(request("GET", "S/C"));
     EXPECT_EQ(plain.hear().find("HTTP/1.1 2"), std::string::npos);
+    options.requestTimeout = 150ms;
+    const Server hasty(options);
+    EXPECT_EQ(RawConnection(hasty.port()).hear(), "") << "who says nothing does not keep its connection";
 
     for (const auto& [certificateFile, keyFile, reason] :
          std::vector<std::tuple<std::string, std::string, std::string>>{
