@@ -146,6 +146,28 @@ TEST_F(TlsTest, TellsOfTheNativeHandle) {
 #endif
 }
 
+TEST_F(TlsTest, ReachesAnAddressOfIpv6) {
+    if (!isOverCurl()) {
+        GTEST_SKIP() << "the HTTP library looks for a host whose name has the brackets";
+    }
+    const TlsService six("::1");
+    auto& settings = configuration->getHttpConfig();
+    settings.set_validate_certificates(false);
+    int handles = 0;
+    settings.set_nativehandle_options([&handles](auto) { ++handles; });
+    EXPECT_EQ(status(six.url("[::1]")), 200);
+    EXPECT_EQ(handles, 1);
+}
+
+TEST_F(TlsTest, TakesNoAnswerThatBreaksOffForAWholeOne) {
+    configuration->getHttpConfig().set_validate_certificates(false);
+    service.breakOff();
+    configuration->setBaseUrl(service.url());
+    api::SchemaApi schemas(client);
+    const auto text = messageOf<web::http::http_exception>([&] { schemas.select_SchemasSchema("L").get(); });
+    EXPECT_NE(text, "");
+}
+
 /// Is a proxy for one connection, to this host, and gives the header that asked for it.
 std::string tunnel(const Listener& listener) {
     const int inner = listener.accepted(), outer = openSocket(SOCK_STREAM);

@@ -19,16 +19,22 @@ namespace forms_test {
 /// A service with a certificate that nobody knows. It answers every request with what it was told to.
 class TlsService {
 public:
-    TlsService() {
+    explicit TlsService(const std::string& address = "127.0.0.1") {
         const auto answer = [this](const httplib::Request& request, httplib::Response& response) {
             const std::lock_guard<std::mutex> lock(m_Mutex);
             m_Authorization = request.get_header_value("Authorization");
             response.status = m_Location.empty() ? 200 : 302;
             response.set_header("Location", m_Location);
-            response.set_content("{}", "application/json");
+            if (!m_IsBreaking) {
+                response.set_content("{}", "application/json");
+                return;
+            }
+            response.set_content_provider(
+                9, "application/json", [](auto, auto, httplib::DataSink& sink) { return sink.write("{", 1) && false; });
         };
         m_Server.Get(".*", answer);
-        m_Port = m_Server.bind_to_any_port("127.0.0.1");
+        m_Server.set_keep_alive_timeout(1); // or its end waits for kept connections
+        m_Port = m_Server.bind_to_any_port(address);
         EXPECT_GT(m_Port, 0);
         m_Thread = std::thread([this] { m_Server.listen_after_bind(); });
         for (int i = 0; i < 10000 && !m_Server.is_running(); ++i) {
@@ -73,6 +79,11 @@ public:
         const std::lock_guard<std::mutex> lock(m_Mutex);
         return m_Authorization;
     }
+    /// From now on ends the connection after the first byte of a body.
+    void breakOff() {
+        const std::lock_guard<std::mutex> lock(m_Mutex);
+        m_IsBreaking = true;
+    }
     /// An empty location ends the redirects.
     void redirectTo(const std::string& location) {
         const std::lock_guard<std::mutex> lock(m_Mutex);
@@ -96,7 +107,8 @@ private:
             X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_ASC,
                                        reinterpret_cast<const unsigned char*>("test"), -1, -1, 0);
             X509_set_issuer_name(certificate.get(), X509_get_subject_name(certificate.get()));
-            X509_EXTENSION* address = X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, "IP:127.0.0.1");
+            X509_EXTENSION* address =
+                X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, "IP:127.0.0.1,IP:::1");
             X509_add_ext(certificate.get(), address, -1);
             X509_EXTENSION_free(address);
             X509_set_pubkey(certificate.get(), key.get());
@@ -110,6 +122,7 @@ private:
     httplib::SSLServer m_Server{m_Identity.certificate.get(), m_Identity.key.get()};
     int m_Port = 0;
     mutable std::mutex m_Mutex;
+    bool m_IsBreaking = false;
     std::string m_Location;
     std::string m_Authorization;
     std::thread m_Thread;
