@@ -94,6 +94,8 @@ TEST(ToJson, WritesAFileWithItsDataInBase64) {
     EXPECT_EQ(textOf(ModelBase::fileFromJson(copy)), "|form-data|image/png|a.png|foob");
     EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, "{}")), "||||no data");
     EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"FileName":7,"InputStream":""})")), "||||");
+    EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"FileName":"a"})")), "|||a|no data");
+    EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"ContentType":"b"})")), "||b||no data");
     EXPECT_EQ(textOf(fromJson(ModelBase::fileFromJson, R"({"InputStream":null})")), "||||") << "empty, but there";
 }
 

@@ -538,6 +538,9 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
         {"large", Reply::raw("HTTP/1.1 200 OK\r\n\r\n").then({}, std::string(1U << 20U, 'x'), 20)},
         {"dripping",
          Reply::raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n").then(5ms, "1\r\n{\r\n", 1000)}};
+    if (GetParam() == std::string("callback") && !isOverCurl()) {
+        GTEST_SKIP() << "the HTTP library waits for the thread that ends the process";
+    }
     for (const Service& service : services) {
         server.replyAlways(service.reply);
         for (const std::string pause : {"0", "1", "2", "3", "5", "10", "20"}) {
@@ -564,7 +567,7 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
     server.takeErrors();
 }
 
-INSTANTIATE_TEST_SUITE_P(Hostile, EndingProcessTest, ::testing::Values("return", "exit"),
+INSTANTIATE_TEST_SUITE_P(Hostile, EndingProcessTest, ::testing::Values("return", "exit", "callback"),
                          [](const auto& how) { return std::string(how.param); });
 
 } // namespace

@@ -224,14 +224,25 @@ TEST(Issue, WritesUnsetDatesAsNullAndTheViewAsText) {
     EXPECT_EQ(textOf(issue), R"({"_CreatedDate":null,"_ModifiedDate":null,"_DueDate":null,"_ModelEventDateTime":null,)"
                              R"("_ModelViewDefinition":null})");
     EXPECT_EQ(partNames(issue), "_CreatedDate _ModifiedDate _DueDate _ModelEventDateTime ");
+    const auto ofRecord = [](auto record) {
+        record.setModifiedDate({});
+        return textOf(record);
+    };
+    for (const auto& written : {ofRecord(DynamicSchemaAttachment()), ofRecord(DynamicSchemaFile())}) {
+        EXPECT_EQ(written, R"({"ModifiedDate":"1970-01-01T00:00:00Z"})");
+    }
 
     auto viewed = readNew<DynamicSchemaBaseClass>(R"({"_ModelViewDefinition":"{\"viewId\":\"v\"}"})");
     EXPECT_EQ(viewed.getModelViewDefinition()->getViewId(), "v");
+    const std::string rows = R"({"rotation":[[16777217.5,-0.25],[]]})";
+    EXPECT_EQ(textOf(readNew<ModelViewDefinitionCameraInfo>(rows)), rows);
     for (const auto* ignored : {R"({"viewId":"w"})", "null", "1"}) {
         read(viewed, std::string(R"({"_ModelViewDefinition":)") + ignored + "}");
         EXPECT_EQ(textOf(viewed), R"({"_ModelViewDefinition":"{\"viewId\":\"v\"}"})") << ignored;
     }
     EXPECT_EQ(partNames(viewed, "p"), "_ModelViewDefinition ") << "without the prefix";
+    viewed.unsetModelViewDefinition();
+    EXPECT_EQ(partNames(viewed), "");
     messageOf<json_exception>([&] { read(viewed, R"({"_ModelViewDefinition":"{"})"); });
     DynamicSchemaBaseClass other;
     readParts(other, {{"_ModelViewDefinition", R"({"viewId":"x"})"}});
@@ -249,7 +260,10 @@ TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {
     EXPECT_EQ(text, "as it was");
     EXPECT_TRUE(issue.getCustomProp(json, "Extra2"_t));
     EXPECT_EQ(json.serialize(), R"({"k":true})");
-    read(issue, R"({"Extra1":6})");
+    read(issue, R"({"Extra1":6,"":7})");
+    EXPECT_TRUE(issue.getCustomProp(json, ""_t));
+    EXPECT_EQ(json.serialize(), "7");
+    EXPECT_EQ(issue.getKeldaroServer(), "");
     EXPECT_TRUE(issue.getCustomProp(json, "Extra3"_t)) << "reading clears no earlier one";
     EXPECT_TRUE(issue.getCustomProp(json, "Extra1"_t));
     EXPECT_EQ(json.serialize(), "6");
@@ -342,7 +356,9 @@ TEST(CustomProps, LieInOneTablePerType) {
     EXPECT_EQ(integer, 2);
     EXPECT_EQ(text, "text");
     EXPECT_FALSE(flag);
-    EXPECT_FALSE(custom.getCustomProp(number, "b"_t) || custom.getCustomProp(integer, "a"_t));
+    EXPECT_FALSE(custom.getCustomProp(number, "b"_t) || custom.getCustomProp(integer, "a"_t) ||
+                 custom.getCustomProp(text, "a"_t) || custom.getCustomProp(flag, "f"_t));
+    EXPECT_EQ(utf8(text) + std::to_string(integer) + std::to_string(flag), "text20") << "as they were";
     Custom changed(json);
     changed.setCustomProp("a"_t, 2.5);
     changed.setCustomProp("b"_t, 3);
@@ -439,6 +455,7 @@ TEST(CustomArray, NamesItsPartsByTypeAndIndex) {
                                                         {"[true,false]", "p.bool[0]=1 p.bool[1]=0 "},
                                                         {"[\"a\"]", "p.str[0]=a "},
                                                         {"[{\"Color\":\"red\"}]", "p.obj[0].Color=red "},
+                                                        {"[{},{\"Color\":\"red\"}]", "p.obj[1].Color=red "},
                                                         {"[]", ""}};
     for (const auto& [jsonText, expected] : rows) {
         auto json = value::parse(text(jsonText));

@@ -86,6 +86,7 @@ const Scenario scenarios[] = {
     {29, "select", "", "429@0 200", "500", 0, "ok"},
     {30, "select", "cap2000", "429@9999999999999999999999 200", "2000", 0, "ok"},
     {31, "select", "", "503@soon 503@-7 503@1.5 200", "500 1000 2000", 0, "ok"},
+    {31, "select", "", "503@nothing 200", "500", 0, "ok"},
     {32, "select", "", "503@date+9 200", "9000", 0, "ok"},
     {33, "select", "", "503@date-9 200", "500", 0, "ok"},
     {34, "select", "cap4000", "503@date+99999999 200", "4000", 0, "ok"},
@@ -394,7 +395,12 @@ TEST_F(RetriesTest, WhatIsSaidLastTakesItsPlace) {
     const std::string sent = service->requests().back();
     EXPECT_TRUE(sent.find("Bearer two\n") != std::string::npos && sent.find("00-2222") != std::string::npos) << sent;
     const auto other = std::make_shared<FakeClock>();
-    EXPECT_EQ(end(CallOptions().retry(twice), CallOptions().clock(other), "503 200"), "ok");
+    const CallOptions plain = CallOptions().retry(twice);
+    CallOptions changed = plain;
+    changed.clock(other);
+    EXPECT_EQ(end(CallOptions(), plain, "503 200"), "ok");
+    EXPECT_EQ(other->pauses() + "/" + clock->pauses(), "/500") << "copies are changed alone";
+    EXPECT_EQ(end(plain, changed, "503 200"), "ok");
     EXPECT_EQ(other->pauses() + "/" + clock->pauses(), "500/");
 }
 
@@ -819,7 +825,7 @@ TEST_F(RetriesTest, TheTraceContextIsTheCallers) {
         EXPECT_NE(endOf(call, traced), "");
         EXPECT_NE(service->requests().back().find("\ntraceparent: " + good + "\n"), std::string::npos);
     }
-    context = "00-10000000000000000000000000000000-1000000000000000-01";
+    context = "00-10000000000000000000000000000000-1000000000000000-fe";
     EXPECT_EQ(endOf("select", traced), "ok");
     context.clear();
     EXPECT_EQ(endOf("select", traced), "ok");

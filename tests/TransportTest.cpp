@@ -159,6 +159,18 @@ TEST_F(TransportTest, AClientWithWishesSharesEverythingElse) {
     EXPECT_EQ(client->getCallOptions(), nullptr);
     EXPECT_EQ(std::as_const(*configuration).getDefaultHeaders().count("X-Late"), 1U);
 
+    const auto told = std::make_shared<std::array<std::atomic<int>, 6>>();
+    const auto telling = [told](std::size_t who) {
+        return CallOptions().onProgress([=](const auto&) { ++(*told)[who]; }).onResponse([=](auto, const auto&) {
+            ++(*told)[who + 1];
+        });
+    };
+    list(client->with(telling(0))->with(telling(2))).get();
+    list(client->with(telling(4))->with(CallOptions())).get();
+    EXPECT_EQ((*told)[0] + (*told)[1], 0);
+    EXPECT_GT((*told)[2], 0);
+    EXPECT_GT((*told)[4], 0);
+    EXPECT_EQ((*told)[3] + (*told)[5], 2);
     const ApiClient copy = *client;
     const auto other = std::make_shared<ApiConfiguration>(*configuration);
     EXPECT_EQ(other->getTransport(), configuration->getTransport());
@@ -225,7 +237,7 @@ TEST_F(TransportTest, CancelingEndsACallThatConnects) {
         configuration->setBaseUrl(url);
         configuration->getHttpConfig().set_validate_certificates(false);
         pplx::cancellation_token_source source;
-        const auto task = list(client->with(CallOptions().cancelOn(source.get_token())));
+        const auto task = list(client->with(CallOptions().deadline(1h).cancelOn(source.get_token())));
         for (int i = 0; i < 1000 && openSockets() <= before; ++i) {
             std::this_thread::sleep_for(5ms);
         }
@@ -284,7 +296,9 @@ TEST_F(TransportTest, CallsMayBeCanceledFromWithin) {
 }
 
 TEST_F(TransportTest, ADeadlineHoldsForTheWholeCall) {
-    const auto late = client->with(CallOptions().deadline(400ms))->with(CallOptions().header("X", "1"));
+    const pplx::cancellation_token_source source;
+    const auto late =
+        client->with(CallOptions().deadline(400ms).cancelOn(source.get_token()))->with(CallOptions().header("X", "1"));
     const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
     server.reply(Reply::raw(chunked).then(50ms, "1\r\n{\r\n", 300));
     EXPECT_EQ(endOf(list(late)), "late");
@@ -351,11 +365,14 @@ TEST_F(TransportTest, ProgressIsToldBothWaysAndNeverTwiceAtOnce) {
         })
         .get();
     check(Progress::Direction::Download, std::nullopt);
-    // Of a compressed answer another length is announced than is told here.
+    // A length that is none is refused later, and of a compressed answer another one is announced than is told here.
     seen.clear();
     const auto replay = std::make_shared<ReplayTransport>();
-    replay->answer({200, "OK", {{"Content-Encoding", "gzip"}, {"Content-Type", "application/json"}}, "{}"});
+    const std::pair<std::string, std::string> type("Content-Type", "application/json");
+    replay->answer({200, "OK", {{"Content-Length", "two"}, type}, "{}"});
+    replay->answer({200, "OK", {{"Content-Encoding", "gzip"}, type}, "{}"});
     configuration->setTransport(replay);
+    EXPECT_EQ(endOf(list(watched)), "http_exception");
     EXPECT_EQ(endOf(list(watched)), "ok");
     configuration->setTransport(chosenTransport());
     EXPECT_FALSE(seen.empty());
@@ -509,6 +526,55 @@ TEST_F(TransportTest, DownloadsGoToASink) {
     EXPECT_EQ(endOf(download(failing)), "own");
 }
 
+TEST_F(TransportTest, SeveralCallsMaySaveToOnePath) {
+    server.reply(stalled);
+    server.reply(stalled);
+    pplx::cancellation_token_source source;
+    const auto saving = client->with(CallOptions().saveTo(target).cancelOn(source.get_token()));
+    fs::create_directories(folder);
+    const auto one = download(saving), other = download(saving);
+    for (int i = 0; i < 2000 && files().size() < 2; ++i) {
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_EQ(files().size(), 2U);
+    source.cancel();
+    EXPECT_EQ(endOf(one) + endOf(other), "canceledcanceled");
+    EXPECT_TRUE(files().empty());
+}
+
+TEST_F(TransportTest, ACallLetsItsFunctionsGoAtItsEnd) {
+    std::weak_ptr<int> weak;
+    const auto options = [&weak] {
+        const auto alive = std::make_shared<int>();
+        weak = alive;
+        return CallOptions()
+            .saveTo([alive](auto, auto) {})
+            .onProgress([alive](const auto&) {})
+            .onResponse([alive](auto, const auto&) {})
+            .retry({})
+            .deadline(1h);
+    };
+    const auto expectEnd = [&](const CallOptions& chosen, const char* end) {
+        EXPECT_EQ(endOf(download(client->with(chosen))), end);
+    };
+    const auto expectGone = [&weak] {
+        for (int i = 0; i < 2000 && !weak.expired(); ++i) {
+            std::this_thread::sleep_for(5ms);
+        }
+        EXPECT_TRUE(weak.expired());
+    };
+    server.reply(Reply::of(200, "OK", "", "bytes"));
+    expectEnd(options(), "ok");
+    expectGone();
+    server.reply(Reply::json("{}", 404, "Not Found"));
+    expectEnd(options(), "404");
+    expectGone();
+    pplx::cancellation_token_source canceled;
+    canceled.cancel();
+    expectEnd(options().cancelOn(canceled.get_token()), "canceled");
+    expectGone();
+}
+
 TEST_F(TransportTest, BodiesAreSentFromStreams) {
     const std::string bytes = someBytes(300000);
     std::ofstream(target, std::ios::binary) << bytes;
@@ -546,6 +612,12 @@ TEST_F(TransportTest, BodiesAreSentFromStreams) {
     EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(std::make_shared<std::istream>(&failing), 6))), "own");
     EXPECT_THROW(StreamBody::ofFile(folder), std::system_error);
     EXPECT_THROW(StreamBody::ofFile(target + "x"), std::system_error);
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit none{0, files.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_THROW(StreamBody::ofFile(target), std::system_error) << "no more files can be opened";
+    setrlimit(RLIMIT_NOFILE, &files);
     messageOf<std::invalid_argument>([] { StreamBody(nullptr, 0); });
 }
 
@@ -664,11 +736,12 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
                 for (int byte = body.sbumpc(); byte >= 0 && taken.size() < bytewise; byte = body.sbumpc()) {
                     taken += static_cast<char>(byte);
                 }
+                left = body.in_avail();
             }
             return pplx::task_from_result(web::http::http_response(204));
         }
         utility::string_t shown, taken;
-        std::size_t bytewise = 0;
+        std::size_t bytewise = 0, left = 1;
     };
     const auto reading = std::make_shared<Reading>();
     configuration->setTransport(reading);
@@ -693,6 +766,14 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
     reading->bytewise = 100;
     client->callApi("/x", "POST", {}, StreamBody::ofFile(target), {}, {}, {}, "text/plain").get();
     expectBody("a file");
+    struct Ended final : std::stringbuf {
+        using std::stringbuf::stringbuf;
+        std::streamsize showmanyc() override { return -1; } // as a buffer tells that no more will come
+    } ending("ends");
+    const auto told = std::make_shared<StreamBody>(std::make_shared<std::istream>(&ending), 4);
+    client->callApi("/x", "POST", {}, told, {}, {}, {}, "text/plain").get();
+    expectBody("ends");
+    EXPECT_EQ(reading->left, 0U);
 }
 
 /// Answers with a body that the test writes, piece by piece: in the stream that is there for it, or in one of its own.
@@ -1012,8 +1093,14 @@ TEST_F(CurlTransportTest, FailuresHaveCodes) {
         EXPECT_EQ(codeOfCall(), code);
     }
     configuration->getHttpConfig().set_timeout(300ms);
-    server.reply(silent);
-    EXPECT_EQ(endOf(list(client)), "late");
+    server.replyAlways(silent);
+    std::vector<decltype(list(client))> tasks(8);
+    for (auto& task : tasks) {
+        task = list(client);
+    }
+    for (const auto& task : tasks) { // most of them in the same round
+        EXPECT_EQ(endOf(task), "late");
+    }
 }
 
 TEST_F(CurlTransportTest, CancelingEndsWhatOAuthAuthorizes) {
@@ -1066,14 +1153,27 @@ TEST_F(CurlTransportTest, ABodyEndsWhenItsLastPieceIsWritten) {
     request.set_request_uri("x");
     request.set_response_stream(Buffer(late).create_ostream());
     server.reply(Reply::of(200, "OK", "", "last"));
-    CurlTransport transport;
-    const auto answer = transport.send(server.url(), {}, request, pplx::cancellation_token::none()).get();
+    auto transport = std::make_unique<CurlTransport>();
+    const auto answer = transport->send(server.url(), {}, request, pplx::cancellation_token::none()).get();
     const auto body = answer.content_ready();
     std::this_thread::sleep_for(100ms); // in which the transfer ends
+    transport.reset();
+    std::this_thread::sleep_for(100ms); // in which its thread would
     EXPECT_FALSE(body.is_done());
     late->written.set();
     EXPECT_EQ(endOf(body), "ok");
     EXPECT_EQ(late->taken, "last");
+
+    const auto never = std::make_shared<Late>();
+    request.set_response_stream(Buffer(never).create_ostream());
+    server.reply(stalled);
+    pplx::cancellation_token_source source;
+    const auto cut = CurlTransport().send(server.url(), {}, request, source.get_token()).get().content_ready();
+    std::this_thread::sleep_for(100ms);
+    EXPECT_FALSE(cut.is_done());
+    source.cancel();
+    EXPECT_EQ(endOf(cut), "canceled") << "without waiting for what is being written";
+    never->written.set();
 }
 
 TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {
@@ -1143,6 +1243,21 @@ TEST_F(CurlTransportTest, SpeaksHttp2WhereTheServiceOffersIt) {
             ASSERT_EQ(endOf(task), "ok");
         }
     }
+    std::vector<std::shared_ptr<Transport>> kept; // so that none closes its connections meanwhile
+    const auto socketsFor = [&](std::size_t calls) {
+        kept.push_back(configuration->getTransport());
+        const std::size_t others = openSockets();
+        configuration->setTransport(chosenTransport());
+        std::vector<decltype(list(client))> tasks;
+        for (std::size_t i = 0; i < calls; ++i) {
+            tasks.push_back(list(client));
+        }
+        for (const auto& task : tasks) {
+            EXPECT_EQ(endOf(task), "ok");
+        }
+        return openSockets() - others;
+    };
+    EXPECT_EQ(socketsFor(8), socketsFor(1)) << "those that begin at once wait for the first one's connection";
     const std::string bytes = someBytes(300000);
     const auto body = std::make_shared<BinaryBody>(bytes.data(), bytes.size());
     EXPECT_EQ(client->callApi("/x", "PUT", {}, body, {}, {}, {}, "a/b").get().extract_string(true).get(), bytes);

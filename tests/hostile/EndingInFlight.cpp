@@ -8,8 +8,9 @@
 #include <string>
 #include <thread>
 
-/// A process that ends while its calls are in flight: by the return of main, or by std::exit for the second argument
-/// "exit". The third is how many milliseconds it waits before that.
+/// A process that ends while its calls are in flight: by the return of main, or by std::exit, for the second argument
+/// "exit" there, and for "callback" where a socket is made ready. The third is how many milliseconds it waits before
+/// that.
 int main(int, char** arguments) {
     forms_test::turnLeakCheckOff();
     // Each call over TLS would read the system's certificates first, and be slow where time is what is tried.
@@ -40,6 +41,11 @@ int main(int, char** arguments) {
         kept = api::FileApi(client).delete_DynamicSchemaFile_instanceId("L", "i");
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(arguments[3])));
+    if (arguments[2] == std::string("callback")) {
+        configuration->getHttpConfig().set_nativehandle_options([](auto) { std::exit(0); });
+        client->callApi("/x", "GET", {}, nullptr, {}, {}, {}, "");
+        std::this_thread::sleep_for(std::chrono::minutes(1));
+    }
     if (arguments[2] == std::string("exit")) {
         std::exit(0);
     }

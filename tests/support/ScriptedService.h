@@ -279,7 +279,7 @@ public:
                                                       (static_cast<uint64_t>(date) + 11644473600U) * 10000000U)
                                                       .to_string(utility::datetime::RFC_1123));
         } else if (!after.empty()) {
-            response.headers().add("Retry-After", after);
+            response.headers().add("Retry-After", after == "nothing" ? "" : after);
         }
         if (word == "broken" || isEarly) {
             // As a transfer does it, whose header is there.
