@@ -117,6 +117,7 @@ TEST_F(HostileCallerTest, HeadersThatSayHowLongTheBodyIsMustBeTrue) {
                         header + why + (value == "chunked" ? "" : "0")});
     };
     refuse("Transfer-Encoding", "chunked", "follows from the body");
+    refuse("transfer-encoding", "chunked", "follows from the body");
     for (const std::string name : {"Content-Length", "content-length"}) {
         for (const std::string value :
              {"5", "10", "", "-1", "+1", "one", "1 1", "1,", "0, 1", "18446744073709551617"}) {

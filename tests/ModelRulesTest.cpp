@@ -247,6 +247,13 @@ TEST(Issue, WritesUnsetDatesAsNullAndTheViewAsText) {
     DynamicSchemaBaseClass other;
     readParts(other, {{"_ModelViewDefinition", R"({"viewId":"x"})"}});
     EXPECT_EQ(other.getModelViewDefinition()->getViewId(), "x");
+
+    const auto twice = multipartOf({{"Own", "1"}});
+    twice->add(ModelBase::toHttpContent("Own"_t, "2"_t));
+    issue.fromMultiPart(twice, ""_t);
+    value last;
+    EXPECT_TRUE(issue.getCustomProp(last, "Own"_t));
+    EXPECT_EQ(last.serialize(), "2");
 }
 
 TEST(Issue, KeepsCustomPropertiesOfAnyJsonType) {

@@ -716,6 +716,14 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     EXPECT_EQ(std::count(put.begin(), put.end(), '\n'), 3);
     EXPECT_NE(put.rfind(" 5/"), std::string::npos) << put;
     EXPECT_EQ(events.numbers.size(), 2U);
+    const auto named = client->with(CallOptions().observer(events.observer({}, {"Q"})));
+    service->script("200", *clock);
+    EXPECT_EQ(forms_test::endOf([&] {
+                  return named->callApi("/x", "GET", {{"Q", "v"}, {"q", "v"}}, nullptr, {}, {}, {}, "");
+              }),
+              "ok");
+    EXPECT_NE(events.take(1).find("E  GET /base/x Q=v q=REDACTED"), std::string::npos);
+    events.numbers.clear();
     service->script("own", *clock);
     EXPECT_EQ(endOf("insert", observed), "own");
     EXPECT_NE(events.take(1).find("E insert_ListsListGroup POST"), std::string::npos);

@@ -521,6 +521,14 @@ TEST_F(TransportTest, DownloadsGoToASink) {
     server.reply(Reply::of(200, "OK", "", "new"));
     EXPECT_EQ(endOf(download(client->with(CallOptions().saveTo([](auto, auto) {}).saveTo(target)))), "ok");
     EXPECT_EQ(textOf(target), "new");
+    std::vector<uint64_t> seen;
+    server.reply(Reply::of(200, "OK", "", bytes));
+    download(client->with(CallOptions().saveTo([](auto, auto) {}).onProgress([&](const Progress& progress) {
+        seen.push_back(progress.bytes);
+    }))).get();
+    EXPECT_EQ(seen.back(), bytes.size());
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+    EXPECT_EQ(std::adjacent_find(seen.begin(), seen.end()), seen.end()) << "each piece is told once";
     const auto failing = client->with(CallOptions().saveTo([](const uint8_t*, std::size_t) { throw OwnError(); }));
     server.reply(Reply::of(200, "OK", "", bytes));
     EXPECT_EQ(endOf(download(failing)), "own");
@@ -1126,9 +1134,13 @@ TEST_F(CurlTransportTest, StreamsThatWriteLaterGetAllThatComes) {
         web::http::http_request request;
         request.set_request_uri("x");
         request.set_response_stream(out);
+        std::atomic<uint64_t> last = 0;
+        request.set_progress_handler([&last](auto, uint64_t count) { last = count; });
         server.reply(Reply::of(200, "OK", "", body));
         const auto answer = CurlTransport().send(server.url(), {}, request, pplx::cancellation_token::none()).get();
         EXPECT_EQ(endOf(answer.content_ready()), "ok");
+        EXPECT_EQ(last, body.size());
+        EXPECT_TRUE(out.is_open()) << "it is the caller's";
         out.close().get();
         EXPECT_EQ(textOf(target), body) << "calls in flight go on without their transport";
         fs::remove(target);
@@ -1272,6 +1284,9 @@ TEST_F(CurlTransportTest, SpeaksHttp2WhereTheServiceOffersIt) {
 #endif
 
 TEST_F(CurlTransportTest, LimitsHold) {
+    const Reply longOne = Reply::of(200, "OK", "X: " + std::string(60000, 'x') + "\r\n", "{}");
+    server.reply(longOne);
+    EXPECT_EQ(endOf(list(client)), "ok") << "which is less than usual ones";
     CurlOptions options;
     options.headerSize = 1000;
     configuration->setTransport(std::make_shared<CurlTransport>(options));

@@ -36,7 +36,7 @@ TEST(CustomProperties, CanBeWalked) {
 TEST(CustomProperties, AreGivenByType) {
     model::DynamicSchemaBaseClass issue;
     auto json = web::json::value::parse(
-        R"({"text":"t","null":null,"int":-7,"big":5000000000,"whole":4.0,"half":4.5,"huge":18446744073709551615,
+        R"({"text":"t","empty":"","null":null,"int":-7,"big":5000000000,"whole":4.0,"half":4.5,"huge":18446744073709551615,
             "1e19":1e19,"-1e19":-1e19,"2^63":9223372036854775808.0,"-2^63":-9223372036854775808.0,
             "min":-9223372036854775808,"i31":2147483647,"i32":2147483648,"-i31":-2147483648,"-i32":-2147483649,
             "yes":true,"date":"2024-02-29T12:00:00.5Z","Status":"Open"})");
@@ -63,6 +63,7 @@ TEST(CustomProperties, AreGivenByType) {
     EXPECT_EQ(kit::customProperty<bool>(issue, "yes"), true);
     EXPECT_EQ(kit::customProperty<bool>(issue, "int"), std::nullopt);
     EXPECT_EQ(kit::customProperty<utility::string_t>(issue, "text"), "t");
+    EXPECT_EQ(kit::customProperty<utility::string_t>(issue, "empty"), "");
     EXPECT_EQ(kit::customProperty<utility::string_t>(issue, "int"), std::nullopt);
     EXPECT_EQ(kit::customProperty<datetime>(issue, "date"),
               datetime::from_string("2024-02-29T12:00:00.5Z", datetime::ISO_8601));
