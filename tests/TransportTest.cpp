@@ -521,14 +521,18 @@ TEST_F(TransportTest, DownloadsGoToASink) {
     server.reply(Reply::of(200, "OK", "", "new"));
     EXPECT_EQ(endOf(download(client->with(CallOptions().saveTo([](auto, auto) {}).saveTo(target)))), "ok");
     EXPECT_EQ(textOf(target), "new");
-    std::vector<uint64_t> seen;
-    server.reply(Reply::of(200, "OK", "", bytes));
-    download(client->with(CallOptions().saveTo([](auto, auto) {}).onProgress([&](const Progress& progress) {
-        seen.push_back(progress.bytes);
-    }))).get();
-    EXPECT_EQ(seen.back(), bytes.size());
-    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
-    EXPECT_EQ(std::adjacent_find(seen.begin(), seen.end()), seen.end()) << "each piece is told once";
+    // A short body may be there before anybody asks for it.
+    for (int i = 0; i < 20; ++i) {
+        const std::string& body = i == 0 ? bytes : std::string("short");
+        std::vector<uint64_t> seen;
+        server.reply(Reply::of(200, "OK", "", body));
+        download(client->with(CallOptions().saveTo([](auto, auto) {}).onProgress([&seen](const Progress& progress) {
+            seen.push_back(progress.bytes);
+        }))).get();
+        EXPECT_EQ(seen.back(), body.size());
+        EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+        EXPECT_EQ(std::adjacent_find(seen.begin(), seen.end()), seen.end()) << "each piece is told once";
+    }
     const auto failing = client->with(CallOptions().saveTo([](const uint8_t*, std::size_t) { throw OwnError(); }));
     server.reply(Reply::of(200, "OK", "", bytes));
     EXPECT_EQ(endOf(download(failing)), "own");
@@ -580,6 +584,15 @@ TEST_F(TransportTest, ACallLetsItsFunctionsGoAtItsEnd) {
     pplx::cancellation_token_source canceled;
     canceled.cancel();
     expectEnd(options().cancelOn(canceled.get_token()), "canceled");
+    expectGone();
+    struct Throwing final : Transport {
+        pplx::task<web::http::http_response> send(const web::uri&, const web::http::client::http_client_config&,
+                                                  web::http::http_request, const pplx::cancellation_token&) override {
+            throw OwnError();
+        }
+    };
+    configuration->setTransport(std::make_shared<Throwing>());
+    EXPECT_THROW(download(client->with(options())).get(), OwnError);
     expectGone();
 }
 
