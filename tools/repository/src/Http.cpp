@@ -10,7 +10,6 @@
 #include <boost/beast/ssl.hpp>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <fstream>
@@ -294,9 +293,11 @@ private:
         if (m_request.target.size() > maxTargetBytes) {
             return refuse(tooLongTarget());
         }
-        if (const auto coding = head[http::field::transfer_encoding];
-            !coding.empty() && !beast::iequals(coding, "chunked")) {
-            return refuse(errorReply(501, "The Transfer-Encoding \"" + std::string(coding) + "\" is not chunked"));
+        // Also an empty one: the parser takes it for no body, and what follows for the next request.
+        if (const auto coding = head.find(http::field::transfer_encoding);
+            coding != head.end() && !beast::iequals(coding->value(), "chunked")) {
+            return refuse(
+                errorReply(501, "The Transfer-Encoding \"" + std::string(coding->value()) + "\" is not chunked"));
         }
         if (std::optional<Reply> reply = m_shared.service.refuse(m_request)) {
             return refuse(std::move(*reply), m_parser->is_done());
@@ -474,8 +475,9 @@ private:
         const std::size_t part =
             std::min(m_length - m_sent, isDripped ? headBytes != 0 ? 0 : m_answer->dripBytes : SIZE_MAX);
         limitTime(m_shared.requestTimeout + std::chrono::milliseconds(part / (bytesPerSecond / 1000)));
-        const std::array<asio::const_buffer, 2> buffers{asio::buffer(m_head.data(), headBytes),
-                                                        asio::buffer(m_answer->reply.body.data() + m_sent, part)};
+        // Not an array: of two in one asio keeps what was sent, empty, and over TLS nothing would be sent after that.
+        const std::vector<asio::const_buffer> buffers{asio::buffer(m_head.data(), headBytes),
+                                                      asio::buffer(m_answer->reply.body.data() + m_sent, part)};
         asio::async_write(m_stream, buffers, bound([this, part](error_code error, std::size_t /*bytes*/) {
                               stopTimer();
                               m_sent += part;
