@@ -1117,6 +1117,19 @@ TEST(HostileTest, SlowSendersAreEndedWithAReason) {
     }
 }
 
+TEST(HostileTest, LettingGoOfAnswersLeavesIdleConnectionsTheirLimit) {
+    ServerOptions options;
+    options.requestTimeout = 300ms;
+    Server server(options);
+    server.inject(faultOf([](Fault& fault) { fault.delay = 5ms; }));
+    const RawConnection held(server.port());
+    held.say(request("GET", "S/C"));
+    EXPECT_EQ(held.hear("]}").substr(0, 12), "HTTP/1.1 200");
+    Client(server).list("S/C"); // meanwhile the other waits for its next request
+    server.clearFaults();
+    EXPECT_EQ(held.hear(), "");
+}
+
 void allowDescriptors() {
     rlimit descriptors{};
     getrlimit(RLIMIT_NOFILE, &descriptors);
