@@ -114,20 +114,27 @@ Names complete(const CLI::App& app, Options options, Names words) {
     const CLI::App* command = &app;
     const CLI::Option* open = nullptr;
     Names positional;
+    const auto keep = [&](const CLI::Option& option, const std::string& value) {
+        const std::string name = option.get_lnames().front();
+        (name == "url"        ? options.access.url
+         : name == "location" ? options.access.location
+         : name == "profile"  ? options.profile
+                              : options.name) = value;
+    };
     for (const std::string& before : words) {
         if (open != nullptr) {
-            const std::string name = open->get_lnames().front();
-            (name == "url"        ? options.access.url
-             : name == "location" ? options.access.location
-             : name == "profile"  ? options.profile
-                                  : options.name) = before;
+            keep(*open, before);
             open = nullptr;
             continue;
         }
         const CLI::Option* option = optionOf(*command, before);
         option = option != nullptr ? option : optionOf(app, before);
         if (option != nullptr) {
-            open = takesValue(*option) && before.find('=') == std::string::npos ? option : nullptr;
+            const std::size_t equals = before.find('=');
+            open = takesValue(*option) && equals == std::string::npos ? option : nullptr;
+            if (equals != std::string::npos) {
+                keep(*option, before.substr(equals + 1));
+            }
             continue;
         }
         const auto commands = commandsOf(*command);

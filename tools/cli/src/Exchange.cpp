@@ -30,11 +30,14 @@ bool isSecret(const std::string& name) {
 std::string shown(const web::uri& uri) {
     std::string text = uri.scheme() + "://" + uri.authority().host() +
                        (uri.port() > 0 ? ":" + std::to_string(uri.port()) : std::string()) + uri.path();
-    char before = '?';
-    for (const auto& [name, value] : web::uri::split_query(uri.query())) {
-        const std::string plain = web::uri::decode(name);
-        text += before + plain + "=" + (isSecret(plain) ? "REDACTED" : web::uri::decode(value));
-        before = '&';
+    const std::string query = uri.query();
+    for (std::size_t begin = 0, end = 0; begin < query.size(); begin = end + 1) {
+        end = std::min(query.find('&', begin), query.size());
+        const std::size_t equals = std::min(query.find('=', begin), end);
+        const std::string name = web::uri::decode(query.substr(begin, equals - begin));
+        const bool isHidden = equals < end && isSecret(name);
+        text += (begin == 0 ? "?" : "&") + name +
+                (isHidden ? "=REDACTED" : web::uri::decode(query.substr(equals, end - equals)));
     }
     return harmless(text);
 }

@@ -28,7 +28,7 @@ void eachCharacter(const std::string& text, Use use) {
     for (std::size_t i = 0; i < text.size();) {
         wchar_t character = 0;
         const std::size_t length = std::mbrtowc(&character, text.data() + i, text.size() - i, &state);
-        if (length == 0 || length > text.size() - i) {
+        if (length == 0 || length > text.size() - i || character > 0x10ffff) {
             state = {};
             use(length == 0 ? L'\0' : L'\xfffd', std::string(length == 0 ? "" : replacement));
             i += 1;

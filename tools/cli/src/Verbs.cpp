@@ -374,7 +374,8 @@ void update(Options& options) {
     Json properties = Json::object(true);
     for (const auto& [name, value] : propertiesOf(change).as_object()) {
         const Json* now = member(propertiesOf(before), name);
-        if (now == nullptr ? !value.is_null() || options.isDry || !of.get : !lost(value, *now).empty()) {
+        const bool isSame = now != nullptr && lost(value, *now).empty() && lost(*now, value).empty();
+        if (now == nullptr ? !value.is_null() || options.isDry || !of.get : !isSame) {
             properties[name] = value;
         }
     }
