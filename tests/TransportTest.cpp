@@ -588,12 +588,16 @@ TEST_F(TransportTest, ACallLetsItsFunctionsGoAtItsEnd) {
     struct Throwing final : Transport {
         pplx::task<web::http::http_response> send(const web::uri&, const web::http::client::http_client_config&,
                                                   web::http::http_request, const pplx::cancellation_token&) override {
+            std::this_thread::sleep_for(30ms);
             throw OwnError();
         }
     };
     configuration->setTransport(std::make_shared<Throwing>());
-    EXPECT_THROW(download(client->with(options())).get(), OwnError);
+    EXPECT_THROW(download(client->with(options())), OwnError);
     expectGone();
+    EXPECT_THROW(download(client->with(options().deadline(1ms))), OwnError) << "though it is over before";
+    expectGone();
+    EXPECT_THROW(download(client->with(CallOptions().deadline(1ms))), OwnError);
 }
 
 TEST_F(TransportTest, BodiesAreSentFromStreams) {

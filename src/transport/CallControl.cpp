@@ -64,6 +64,7 @@ pplx::task<http_response> CallControl::watch(const std::function<void()>& begin)
         begin();
     } catch (...) {
         finish();
+        abandon(outcome); // It may have ended meanwhile, by its deadline or its token.
         throw;
     }
     return outcome;
