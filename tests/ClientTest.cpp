@@ -155,6 +155,8 @@ TEST_F(ClientTest, SendsEachKindOfBody) {
         {std::make_shared<BinaryBody>("\0\xFF", 2), none, {}, "a/b; c=d", "a/b; c=d", std::string("\0\xFF", 2)},
         {std::make_shared<BinaryBody>("", 0), none, {}, "a/b", "a/b", ""},
         {nullptr, form, {}, json, json, R"({"a":"1","b":"2 &ü"})"},
+        {nullptr, {{"a", ""}}, {}, json, json, R"({"a":""})"},
+        {nullptr, {{"a", ""}}, {}, "text/plain", urlencoded, "a="},
         {nullptr, none, {}, json, "", ""},
         {nullptr, form, {}, multipart, multipart, textParts + "\r\n--B--\r\n"},
         {nullptr, none, {}, multipart, multipart, "\r\n--B--\r\n"},
@@ -565,6 +567,9 @@ TEST_F(ClientTest, StopsRedirectsAtTheLimitAndInLoops) {
     EXPECT_EQ(statusAfter(10, 1, "/base/0"), 302);
     EXPECT_EQ(statusAfter(10, 2, "/base/1#a", "/base/0#b"), 302);
     EXPECT_EQ(server.requests().back().target, "/base/1") << "a fragment is not sent";
+    server.reply(Reply::redirect(302, "/base/0?again"));
+    server.reply(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(call("/0", "GET").get().status_code(), 200) << "another query is no loop";
     EXPECT_EQ(statusAfter(10, 1, "ftp://127.0.0.1/x"), 302);
     EXPECT_EQ(statusAfter(10, 1, ""), 302);
     server.reply(Reply::of(302, "Found", "", ""));

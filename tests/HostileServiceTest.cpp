@@ -287,6 +287,9 @@ TEST_F(HostileServiceTest, SilenceEndsByTheTimeOut) {
         {"dripping after a block",
          Reply::raw(ok + "Content-Length: 99999\r\n\r\n" + std::string(70000, 'x')).then(100ms, " ", 150), download,
          broken},
+        {"dripping after three blocks",
+         Reply::raw(ok + "Content-Length: 300000\r\n\r\n" + std::string(200000, 'x')).then(100ms, " ", 150), download,
+         broken},
         {"dripping without length", Reply::raw(ok + "\r\n").then(100ms, " ", 150), download, broken},
         // Another host, for which the settings are made anew.
         {"silence elsewhere", Reply::redirect(302, other.url() + "/x"), file, broken}};

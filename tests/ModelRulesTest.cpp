@@ -142,6 +142,7 @@ TEST(Reading, NamesThePlaceOfAValueOfTheWrongType) {
     EXPECT_EQ(refusal(ModelViewDefinition(), R"({"cameraInfo":{"rotation":[[1],[2,"x"]]}})"),
               "cameraInfo.rotation[1][1]: not a number");
     EXPECT_EQ(refusal(ModelViewDefinitionCameraInfo(), R"({"origin":[null]})"), "origin[0]: not a number");
+    EXPECT_EQ(refusal(ModelViewDefinitionCameraInfo(), R"({"rotation":[[1,null]]})"), "rotation[0][1]: not a number");
 
     DynamicSchemaFile file;
     messageOf<json_exception>([&] { read(file, R"({"Name":"a","Size":"b","CreatedDate":"2024-02-29T12:00:00Z"})"); });
@@ -433,6 +434,12 @@ TEST(CustomArray, HasTheTypeOfItsFirstElement) {
     EXPECT_EQ(textOf(array), "[1,3]");
     steps.remove(0);
     EXPECT_EQ(textOf(array), "[3]");
+    Steps<DynamicSchemaArrayWithCustomProps> alone('A', "[1]");
+    alone.remove(0);
+    EXPECT_EQ(textOf(alone.model), "[]");
+    alone.read("[2]");
+    alone.read("{}");
+    EXPECT_EQ(alone.model.size(), 0) << "that is no list";
     steps.read("[4]");
     array.getInt(0) = 7;
     array.setInt(1, 8);

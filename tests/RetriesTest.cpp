@@ -87,6 +87,7 @@ const Scenario scenarios[] = {
     {30, "select", "cap2000", "429@9999999999999999999999 200", "2000", 0, "ok"},
     {31, "select", "", "503@soon 503@-7 503@1.5 200", "500 1000 2000", 0, "ok"},
     {31, "select", "", "503@nothing 200", "500", 0, "ok"},
+    {31, "select", "", "503@1 503@1 503@1 200", "1000 1000 2000", 0, "ok"},
     {32, "select", "", "503@date+9 200", "9000", 0, "ok"},
     {33, "select", "", "503@date-9 200", "500", 0, "ok"},
     {34, "select", "cap4000", "503@date+99999999 200", "4000", 0, "ok"},
@@ -429,6 +430,16 @@ TEST_F(RetriesTest, ACallThatIsCanceledInAPauseEndsAtOnce) {
 }
 
 TEST_F(RetriesTest, ThePausesOfTheSystemAreTimers) {
+    const auto ran = std::make_shared<std::atomic<int>>();
+    systemClock()->after(50ms, [ran] { *ran += 1; })(); // ended at once
+    const auto kept = systemClock()->after(1ms, [ran] { *ran += 10; });
+    std::this_thread::sleep_for(200ms);
+    for (int i = 0; i < 2000 && *ran < 10; ++i) {
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_EQ(*ran, 10);
+    const auto chance = [] { return systemClock()->chance(); };
+    EXPECT_NE(std::async(std::launch::async, chance).get(), std::async(std::launch::async, chance).get());
     RetryPolicy quick;
     quick.firstPause = 1ms;
     const auto real = client->with(CallOptions().clock(systemClock()).retry(quick));
@@ -716,13 +727,19 @@ TEST_F(RetriesTest, ObserversSeeWhatHappens) {
     EXPECT_EQ(std::count(put.begin(), put.end(), '\n'), 3);
     EXPECT_NE(put.rfind(" 5/"), std::string::npos) << put;
     EXPECT_EQ(events.numbers.size(), 2U);
-    const auto named = client->with(CallOptions().observer(events.observer({}, {"Q"})));
-    service->script("200", *clock);
-    EXPECT_EQ(forms_test::endOf([&] {
-                  return named->callApi("/x", "GET", {{"Q", "v"}, {"q", "v"}}, nullptr, {}, {}, {}, "");
-              }),
-              "ok");
-    EXPECT_NE(events.take(1).find("E  GET /base/x Q=v q=REDACTED"), std::string::npos);
+    Events replaced;
+    for (const auto& [names, shown] : {std::pair(std::set<std::string>{"Q"}, "E  GET /base/x Q=v q=REDACTED"),
+                                       {std::set<std::string>{}, "E  GET /base/x Q=REDACTED q=REDACTED"}}) {
+        const auto named =
+            client->with(CallOptions().observer(replaced.observer()).observer(events.observer({}, names)));
+        service->script("200", *clock);
+        EXPECT_EQ(forms_test::endOf([&] {
+                      return named->callApi("/x", "GET", {{"Q", "v"}, {"q", "v"}}, nullptr, {}, {}, {}, "");
+                  }),
+                  "ok");
+        EXPECT_NE(events.take(1).find(shown), std::string::npos);
+    }
+    EXPECT_EQ(replaced.text, "");
     events.numbers.clear();
     service->script("own", *clock);
     EXPECT_EQ(endOf("insert", observed), "own");
@@ -838,7 +855,8 @@ TEST_F(RetriesTest, TheTraceContextIsTheCallers) {
     context.clear();
     EXPECT_EQ(endOf("select", traced), "ok");
     EXPECT_EQ(service->requests().back().find("traceparent"), std::string::npos);
-    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good, good, good};
+    std::string wrong[] = {good + "0", good.substr(1), good, good, good, good, good, good, good, good};
+    wrong[9][4] = 'A';
     wrong[2][0] = '1';
     wrong[3][4] = 'G';
     wrong[4].replace(3, 32, 32, '0');

@@ -142,12 +142,15 @@ protected:
 
 TEST_F(TransportTest, AClientWithWishesSharesEverythingElse) {
     server.replyAlways(Reply::json("{}"));
-    const auto first = client->with(CallOptions().header("authorization", "own").header("x-one", "1"));
-    const auto second = first->with(CallOptions().header("X-One", "2").header("Accept", "no/way"));
+    const auto first =
+        client->with(CallOptions().header("authorization", "own").header("x-one", "1").header("X-Same", "1"));
+    const auto second =
+        first->with(CallOptions().header("X-One", "2").header("Accept", "no/way").header("X-Same", "2"));
     configuration->getDefaultHeaders()["X-Late"] = "late";
     list(second).get();
     Request request = server.takeRequest();
     EXPECT_EQ(request.header("Authorization") + request.header("X-One") + request.header("X-Late"), "own2late");
+    EXPECT_EQ(request.header("X-Same"), "2");
     EXPECT_EQ(request.header("Accept"), "application/json") << "that is the operation's";
     second->callApi("/x", "GET", {}, nullptr, {{"AUTHORIZATION", "of the call"}}, {}, {}, "").get();
     EXPECT_EQ(server.takeRequest().header("Authorization"), "own");
@@ -289,6 +292,17 @@ TEST_F(TransportTest, CallsMayBeCanceledFromWithin) {
     EXPECT_EQ(within(CallOptions().onResponse([a](auto, const auto&) { a.cancel(); }), a), "canceled");
     EXPECT_EQ(within(CallOptions().onProgress([b](const auto&) { b.cancel(); }), b), "canceled");
     EXPECT_EQ(within(CallOptions().saveTo([c](const uint8_t*, std::size_t) { c.cancel(); }), c), "canceled");
+    server.reply(Reply::of(200, "OK", "", someBytes(300000)));
+    pplx::cancellation_token_source e;
+    const auto pieces = std::make_shared<std::atomic<int>>();
+    EXPECT_EQ(within(CallOptions().saveTo([=](const uint8_t*, std::size_t) {
+                  ++*pieces;
+                  e.cancel();
+              }),
+                     e),
+              "canceled");
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(*pieces, 1) << "nothing more is told";
     // Within a continuation of the call, which has ended by then.
     pplx::cancellation_token_source d;
     EXPECT_EQ(endOf(list(client->with(CallOptions().cancelOn(d.get_token()))).then([d](const auto&) { d.cancel(); })),
@@ -369,10 +383,12 @@ TEST_F(TransportTest, ProgressIsToldBothWaysAndNeverTwiceAtOnce) {
     seen.clear();
     const auto replay = std::make_shared<ReplayTransport>();
     const std::pair<std::string, std::string> type("Content-Type", "application/json");
-    replay->answer({200, "OK", {{"Content-Length", "two"}, type}, "{}"});
-    replay->answer({200, "OK", {{"Content-Encoding", "gzip"}, type}, "{}"});
     configuration->setTransport(replay);
-    EXPECT_EQ(endOf(list(watched)), "http_exception");
+    for (const char* none : {"two", "2, 3", "99999999999999999999"}) {
+        replay->answer({200, "OK", {{"Content-Length", none}, type}, "{}"});
+        EXPECT_EQ(endOf(list(watched)), "http_exception");
+    }
+    replay->answer({200, "OK", {{"Content-Encoding", "gzip"}, type}, "{}"});
     EXPECT_EQ(endOf(list(watched)), "ok");
     configuration->setTransport(chosenTransport());
     EXPECT_FALSE(seen.empty());
@@ -598,6 +614,9 @@ TEST_F(TransportTest, ACallLetsItsFunctionsGoAtItsEnd) {
     EXPECT_THROW(download(client->with(options().deadline(1ms))), OwnError) << "though it is over before";
     expectGone();
     EXPECT_THROW(download(client->with(CallOptions().deadline(1ms))), OwnError);
+    fs::create_directories(folder);
+    EXPECT_THROW(download(client->with(CallOptions().saveTo(target))), OwnError);
+    EXPECT_TRUE(files().empty());
 }
 
 TEST_F(TransportTest, BodiesAreSentFromStreams) {
@@ -635,6 +654,9 @@ TEST_F(TransportTest, BodiesAreSentFromStreams) {
         int_type underflow() override { throw OwnError(); }
     } failing;
     EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(std::make_shared<std::istream>(&failing), 6))), "own");
+    server.replyAlways(Reply::of(200, "OK", "", ""));
+    EXPECT_EQ(endOf(post(std::make_shared<StreamBody>(std::make_shared<std::istringstream>("longer"), 4))), "ok");
+    EXPECT_EQ(server.requests().back().body, "long");
     EXPECT_THROW(StreamBody::ofFile(folder), std::system_error);
     EXPECT_THROW(StreamBody::ofFile(target + "x"), std::system_error);
     rlimit files{};
@@ -737,12 +759,20 @@ TEST_F(TransportTest, ATransportOfOnesOwnAnswersCalls) {
     EXPECT_EQ(bytesOf(*saved.getData()), large);
     replay->answer({204, "", {}, ""});
     SchemaApi(client).delete_SchemasSchema_instanceId("L", "i").get();
+    for (const auto& [base, next] :
+         {std::pair("https://far.test", "https://far.test:443/x"), {"http://far.test:80/", "http://far.test/x"}}) {
+        configuration->setBaseUrl(base);
+        replay->answer({302, "", {{"Location", next}}, ""});
+        replay->answer({204, "", {}, ""});
+        SchemaApi(client).delete_SchemasSchema_instanceId("L", "i").get();
+        EXPECT_TRUE(replay->sent().back().headers.has("Authorization")) << next << " is the same service";
+    }
     EXPECT_EQ(endOf(list(client)), "http_exception");
     pplx::cancellation_token_source canceled;
     canceled.cancel();
     EXPECT_EQ(endOf(list(client->with(CallOptions().cancelOn(canceled.get_token())))), "canceled");
     const auto sent = replay->sent();
-    EXPECT_EQ(sent.size(), 6U);
+    EXPECT_EQ(sent.size(), 10U);
     EXPECT_EQ(sent.at(3).url.to_string(), server.url() + "/next");
     EXPECT_TRUE(server.requests().empty());
 }
@@ -762,11 +792,16 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
                     taken += static_cast<char>(byte);
                 }
                 left = body.in_avail();
+                const bool moves = body.seekpos(1, std::ios_base::in) == 1;
+                second = moves ? body.sbumpc() : -1;
+                const bool movesOn = body.seekoff(-1, std::ios_base::cur, std::ios_base::in) == 1;
+                third = movesOn ? body.sbumpc() : -1;
             }
             return pplx::task_from_result(web::http::http_response(204));
         }
         utility::string_t shown, taken;
         std::size_t bytewise = 0, left = 1;
+        int second = 0, third = 0;
     };
     const auto reading = std::make_shared<Reading>();
     configuration->setTransport(reading);
@@ -799,6 +834,8 @@ TEST_F(TransportTest, ATransportOfOnesOwnReadsBodiesInAllWays) {
     client->callApi("/x", "POST", {}, told, {}, {}, {}, "text/plain").get();
     expectBody("ends");
     EXPECT_EQ(reading->left, 0U);
+    EXPECT_EQ(reading->second, 'n');
+    EXPECT_EQ(reading->third, 'n');
 }
 
 /// Answers with a body that the test writes, piece by piece: in the stream that is there for it, or in one of its own.
@@ -970,11 +1007,27 @@ TEST_F(TransportTest, BodiesThatFailWhileTheyAreReadSayWhy) {
     writing->out.close(std::ios_base::out).get();
     EXPECT_FALSE(unread.acquire(block, size));
     writing->out = out;
+    EXPECT_EQ(in.sbumpc(), 'b');
+    uint8_t both[2] = {};
+    const auto first = in.getn(both, 1), second = in.getn(both + 1, 1), third = in.getn(&byte, 1);
+    writing->write("efg");
+    EXPECT_EQ(soon(first) + soon(second) + soon(third), 3U) << "each in its turn";
+    EXPECT_EQ(std::string(both, both + 2) + static_cast<char>(byte), "efg");
     const auto waiting = in.nextc();
     writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("first"))).get();
     writing->out.close(std::ios_base::out, std::make_exception_ptr(std::range_error("second"))).get();
     EXPECT_EQ(messageOf<std::range_error>([&] { soon(waiting); }), "first");
     EXPECT_EQ(messageOf<std::range_error>([&] { in.getn(&byte, 1).get(); }), "first");
+    const auto received = std::make_shared<std::atomic<uint64_t>>();
+    const auto observed = list(client->with(CallOptions().observer(
+        std::make_shared<Observer>([received](const CallEvent& event) { *received = event.bytesReceived; }))));
+    writing->writeInPlace("{}");
+    writing->answers.back()._get_impl()->_complete(2);
+    soon(observed);
+    for (int i = 0; i < 2000 && *received == 0; ++i) {
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_EQ(*received, 2U);
     const auto failing = client->with(CallOptions().onProgress([](const auto&) { throw std::range_error("own"); }));
     const auto counted = list(failing);
     writing->writeInPlace("{}");
@@ -1045,6 +1098,21 @@ TEST_F(CurlTransportTest, ConnectionsAreKeptForThoseWhoShareTheTransport) {
     EXPECT_TRUE(server.waitForCloses(2));
     list(client).get();
     EXPECT_TRUE(server.waitForCloses(3)) << "none is kept";
+
+    // Several are.
+    configuration->setTransport(chosenTransport());
+    server.replyAlways(kept(Reply::raw("").then(100ms, Reply::json("{}").pieces[0].bytes)));
+    const auto connections = server.connections();
+    for (int round = 0; round < 2; ++round) {
+        std::vector<decltype(list(client))> tasks(3);
+        for (auto& task : tasks) {
+            task = list(client);
+        }
+        for (const auto& task : tasks) {
+            EXPECT_EQ(endOf(task), "ok");
+        }
+    }
+    EXPECT_EQ(server.connections(), connections + 3);
 }
 
 TEST_F(CurlTransportTest, WhatMayNotBeRepeatedIsSentOnce) {
@@ -1203,6 +1271,27 @@ TEST_F(CurlTransportTest, ABodyEndsWhenItsLastPieceIsWritten) {
     source.cancel();
     EXPECT_EQ(endOf(cut), "canceled") << "without waiting for what is being written";
     never->written.set();
+
+    const auto broken = std::make_shared<Late>();
+    request.set_response_stream(Buffer(broken).create_ostream());
+    server.reply(Reply::of(200, "OK", "", "last"));
+    const auto bad =
+        CurlTransport().send(server.url(), {}, request, pplx::cancellation_token::none()).get().content_ready();
+    broken->written.set_exception(std::range_error("full"));
+    EXPECT_EQ(messageOf<std::range_error>([&] { bad.get(); }), "full");
+
+    // While the caller's stream writes, the service is not to blame for its silence.
+    const auto slow = std::make_shared<Late>();
+    request.set_response_stream(Buffer(slow).create_ostream());
+    web::http::client::http_client_config settings;
+    settings.set_timeout(1200ms);
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nfir").then(1500ms, "st."));
+    const auto whole =
+        CurlTransport().send(server.url(), settings, request, pplx::cancellation_token::none()).get().content_ready();
+    std::this_thread::sleep_for(800ms);
+    slow->written.set();
+    EXPECT_EQ(endOf(whole), "ok");
+    EXPECT_EQ(slow->taken, "first.");
 }
 
 TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {
@@ -1224,6 +1313,9 @@ TEST_F(CurlTransportTest, SettingsAreHonouredOrRefused) {
     EXPECT_EQ(endOf(list(client)), "ok") << "it is ignored";
     configuration->setTransport(environment);
     EXPECT_EQ(endOf(list(client)), "refused");
+    configuration->getHttpConfig().set_proxy(web::web_proxy(web::web_proxy::disabled));
+    EXPECT_EQ(endOf(list(client)), "ok");
+    configuration->getHttpConfig().set_proxy(web::web_proxy());
     setenv("no_proxy", "127.0.0.1", 1);
     EXPECT_EQ(endOf(list(client)), "ok");
     unsetenv("http_proxy");
@@ -1301,6 +1393,10 @@ TEST_F(CurlTransportTest, SpeaksHttp2WhereTheServiceOffersIt) {
 #endif
 
 TEST_F(CurlTransportTest, LimitsHold) {
+    server.reply(Reply::raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\nX-Late: 1\r\n\r\n"));
+    const auto chunked = get(client).get();
+    chunked.content_ready().get();
+    EXPECT_FALSE(chunked.headers().has("X-Late")) << "a trailer is no header";
     const Reply longOne = Reply::of(200, "OK", "X: " + std::string(60000, 'x') + "\r\n", "{}");
     server.reply(longOne);
     EXPECT_EQ(endOf(list(client)), "ok") << "which is less than usual ones";
@@ -1331,6 +1427,12 @@ TEST_F(CurlTransportTest, LimitsHold) {
         }
         EXPECT_EQ(server.connections(), before + 1);
     }
+    // Once a call has its connection, the time-out begins anew.
+    configuration->getHttpConfig().set_timeout(1200ms);
+    server.replyAlways(kept(Reply::raw("").then(700ms, Reply::json("{}").pieces[0].bytes)));
+    const auto first = list(client), waiting = list(client);
+    EXPECT_EQ(endOf(first) + endOf(waiting), "okok");
+    configuration->getHttpConfig().set_timeout(30s);
     options.stallBytesPerSecond = 1000;
     options.stallTime = 1s;
     configuration->setTransport(std::make_shared<CurlTransport>(options));

@@ -233,14 +233,17 @@ TEST_F(PagesTest, FailAsTheOperationOrTheFunctionDoesAndMayBeDropped) {
     EXPECT_THROW(kit::forEachPage(comments(), fail).get(), api::ApiException);
     EXPECT_THROW(kit::all(comments()).get(), api::ApiException);
     // Of a fetch of the program's own nobody but the range can look at a failure.
-    const Comments own([](const kit::PageQuery&, int skip, int) {
-        return pplx::create_task([skip]() -> std::shared_ptr<DynamicSchema_CommentInstances> {
+    const auto onePage = [] {
+        const auto page = std::make_shared<DynamicSchema_CommentInstances>();
+        page->setInstances({std::make_shared<model::DynamicSchema_CommentInstanceContent>()});
+        return page;
+    };
+    const Comments own([onePage](const kit::PageQuery&, int skip, int) {
+        return pplx::create_task([skip, onePage]() -> std::shared_ptr<DynamicSchema_CommentInstances> {
             if (skip > 0) {
                 throw std::domain_error("own");
             }
-            const auto page = std::make_shared<DynamicSchema_CommentInstances>();
-            page->setInstances({std::make_shared<model::DynamicSchema_CommentInstanceContent>()});
-            return page;
+            return onePage();
         });
     });
     for (const auto& comment : own) {
@@ -252,6 +255,12 @@ TEST_F(PagesTest, FailAsTheOperationOrTheFunctionDoesAndMayBeDropped) {
     kit::forEachPage(comments(), failLater);
     own.cursor().next();
     EXPECT_THROW(kit::all(own).get(), std::domain_error);
+    const Comments throwing([onePage](const kit::PageQuery&, int skip, int) {
+        return skip > 0 ? throw std::domain_error("in the call") : pplx::task_from_result(onePage());
+    });
+    auto steps = throwing.cursor();
+    EXPECT_EQ(steps.next().get()->size(), 1U) << "though the next page is asked for by then";
+    EXPECT_THROW(steps.next().get(), std::domain_error);
 }
 
 TEST_F(PagesTest, GoOneByOne) {
