@@ -595,12 +595,16 @@ def manners(repository):
         got, text, _ = on_terminal(repository, "varnel-forms delete issues I-3", keys=keys)
         expect(f"delete answered {keys!r}", "what came of it", got == code and "Delete issue I-3? [y/N]" in text and
                (run(repository, "varnel-forms get issues I-3")[0] == 0) == isThere, got, text)
-    slow = {"operation": "download", "times": 0, "dripBytes": 20000, "dripPause": 100}
+    run(repository, "head -c 2100000 /dev/zero | varnel-forms upload attachments A-1 -")
+    slow = {"operation": "download", "times": 0, "dripBytes": 140000, "dripPause": 100}
     repository.control("POST", "faults", slow)
-    code, text, _ = on_terminal(repository, "varnel-forms download attachments A-2 --to slow.bin", 40)
-    expect("a bar", "whether there is one, within its line", code == 0 and len(re.findall(r"\[[#.]{8}\] [\d.]+ KB of 300\.0 KB", text)) > 3 and
+    code, text, _ = on_terminal(repository, "varnel-forms download attachments A-1 --to slow.bin", 40)
+    bars = re.findall(r"\r(\[[#.]{8}\] [\d.]+ [KM]B of 2\.1 MB *)(?=\r)", text)
+    expect("a bar", "whether there is one, within its line", code == 0 and len(bars) > 3 and
            all(len(part.rstrip("\n")) <= 40 for part in text.split("\r")), code, text)
-    code, out, err = run(repository, "varnel-forms download attachments A-2 --to slow2.bin")
+    expect("a bar", "what is left of a longer one", " MB of 2.1 MB " in bars[-1] and [*map(len, bars)] == sorted(map(len, bars)) and
+           "\r" + " " * len(bars[-1]) + "\r" in text, text)
+    code, out, err = run(repository, "varnel-forms download attachments A-1 --to slow2.bin")
     expect("a bar in a pipe", "there is none", code == 0 and err == "Saved slow2.bin.\n" and out == "", out, err)
     repository.control("DELETE", "faults")
     repository.control("POST", "faults", {"operation": "list", "times": 0, "delay": 200})
@@ -610,7 +614,7 @@ def manners(repository):
         _, text, _ = on_terminal(repository, "varnel-forms " + command)
         expect(command, "what it counts", re.search(shown, text), text)
     for name, fault, command in [
-        ("download", slow, "varnel-forms download attachments A-2 --to gone.bin"),
+        ("download", slow, "varnel-forms download attachments A-1 --to gone.bin"),
         ("list", {"operation": "list", "isStall": True, "times": 0}, "varnel-forms list issues > gone.json"),
         ("export", {"operation": "list", "first": 2, "isStall": True, "times": 0}, "varnel-forms export issues --location many --to gone.csv"),
         ("retry", {"times": 0, "status": 503, "headers": [["Retry-After", "20"]]}, "varnel-forms get issues I-1"),

@@ -44,6 +44,10 @@ std::string shown(const web::uri& uri) {
 
 } // namespace
 
+bool isJson(const std::string& contentType) {
+    return lowerCase(contentType).find("json") != std::string::npos;
+}
+
 Exchange::Exchange(Tell tell, std::set<std::string> secretHeaders, bool isDry)
     : m_Tell(std::move(tell)), m_SecretHeaders(std::move(secretHeaders)), m_IsDry(isDry) {}
 
@@ -59,7 +63,7 @@ pplx::task<web::http::http_response> Exchange::send(const web::uri& base,
         text += mark + harmless(name) + ": " + (isHidden ? "REDACTED" : harmless(value)) + "\n";
     }
     if (m_IsDry) {
-        if (request.headers().content_type().find("json") != std::string::npos) {
+        if (isJson(request.headers().content_type())) {
             text += "\n" + toText(parse(request.extract_utf8string(true).get(), "the body"), true) + "\n";
         }
         m_Tell(text);

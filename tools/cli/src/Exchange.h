@@ -8,6 +8,9 @@
 
 namespace VarnelAPI::Forms::cli {
 
+/// Whether bodies of this type, whose case does not matter, are JSON.
+bool isJson(const std::string& contentType);
+
 /// A transport that tells of each request and answer, without secrets, before it goes to another one; or instead.
 class Exchange : public transport::Transport {
 public:

@@ -1,5 +1,6 @@
 #include "Verbs.h"
 
+#include "Exchange.h"
 #include "Failures.h"
 #include "Families.h"
 #include "Interrupt.h"
@@ -584,7 +585,7 @@ void request(Options& options) {
         sink.write(text + "\n");
     }
     const std::string text(bytes.begin(), bytes.end());
-    if (response.headers().content_type().find("json") != std::string::npos && !text.empty()) {
+    if (isJson(response.headers().content_type()) && !text.empty()) {
         rows.only(answerOf(text));
     } else if (sink.terminal().isTerminal) {
         sink.write(harmless(text) + (text.empty() ? "" : "\n"));
