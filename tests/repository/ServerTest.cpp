@@ -185,6 +185,8 @@ TEST_F(FaultTest, IsMetByTheRequestsItIsForAsOftenAsItSays) {
     EXPECT_EQ(statuses({"GET S/C", "GET S/C!all", "GET /elsewhere"}), "501 502 502 ");
     EXPECT_EQ(accountOf(second), "3 2 -1");
     EXPECT_EQ(accountOf(last), "3 0 1");
+    EXPECT_THROW(m_server.fault(third), std::out_of_range) << "none of those after it";
+    EXPECT_THROW(m_server.fault(last + 1), std::out_of_range);
 }
 
 TEST_F(FaultTest, ReplacesTheAnswerBeforeOrAfterTheEffect) {
@@ -1117,6 +1119,20 @@ TEST(HostileTest, SlowSendersAreEndedWithAReason) {
     }
 }
 
+TEST(HostileTest, SlowReadersHaveMoreTimeForMore) {
+    ServerOptions options;
+    options.requestTimeout = 200ms;
+    const Server server(options);
+    Client client(server);
+    const std::string path = "S/C/" + client.insertId("S/C") + "/$file";
+    const std::string large(30'000'000, 'x'); // more than lies between two sockets
+    EXPECT_EQ(client.send("PUT", path, large).status, 200);
+    const RawConnection slow(server.port());
+    slow.say(request("GET", path, "Connection: close\r\n"));
+    std::this_thread::sleep_for(600ms);
+    EXPECT_GT(slow.hear().size(), large.size());
+}
+
 TEST(HostileTest, LettingGoOfAnswersLeavesIdleConnectionsTheirLimit) {
     ServerOptions options;
     options.requestTimeout = 300ms;
@@ -1192,6 +1208,14 @@ TEST(HostileTest, BodiesUnderWayAreBoundedTogether) {
     EXPECT_NE(answerOnce(true).body.find("The requests under way take too much memory"), std::string::npos);
     slow.clear();
     EXPECT_EQ(answerOnce(false).status, 201) << "what broke off holds nothing any more";
+    const std::string path = "S/C/" + client.insertId("S/C") + "/$file";
+    EXPECT_EQ(client.send("PUT", path, large).status, 200);
+    std::vector<std::unique_ptr<Client>> kept;
+    for (int i = 0; i < 5; ++i) {
+        kept.push_back(std::make_unique<Client>(server));
+        EXPECT_EQ(kept.back()->send("GET", path).body.size(), large.size());
+    }
+    EXPECT_EQ(client.send("POST", "S/C", large + "null").status, 201) << "nor does what was sent";
 }
 
 TEST(HostileTest, ItGoesOnWhenDescriptorsAreThereAgain) {

@@ -38,6 +38,9 @@ std::string inflated(std::string body, const std::string& name, std::size_t maxB
         stream.avail_out = static_cast<uInt>(part.size());
         status = inflate(&stream, Z_NO_FLUSH);
         result.append(part.data(), part.size() - stream.avail_out);
+        if (status == Z_STREAM_END && (stream.avail_in != 0 || left != 0)) {
+            status = inflateReset(&stream); // what gzip makes may be joined
+        }
     }
     inflateEnd(&stream);
     if (result.size() > maxBytes) {
