@@ -561,7 +561,7 @@ TEST_P(EndingProcessTest, EndsInTimeAndInOrder) {
                 }
                 std::this_thread::sleep_for(1ms);
             }
-            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended with status " << status;
+            ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended with status " << status;
         }
     }
     // The service sees requests that broke off, as it must.

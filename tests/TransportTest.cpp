@@ -1230,6 +1230,21 @@ TEST_F(CurlTransportTest, StreamsThatWriteLaterGetAllThatComes) {
         EXPECT_EQ(textOf(target), body) << "calls in flight go on without their transport";
         fs::remove(target);
     }
+    // A body whose length nobody knows.
+    httplib::Server taking;
+    std::string taken;
+    taking.Put(".*", [&taken](const httplib::Request& request, httplib::Response&) {
+        taken = request.get_header_value("Transfer-Encoding") + " " + request.body;
+    });
+    const int port = taking.bind_to_any_port("127.0.0.1");
+    std::thread listening([&taking] { taking.listen_after_bind(); });
+    web::http::http_request put("PUT");
+    put.set_body(concurrency::streams::bytestream::open_istream(bytes), "a/b");
+    const std::string url = "http://127.0.0.1:" + std::to_string(port);
+    EXPECT_EQ(endOf(CurlTransport().send(url, {}, put, pplx::cancellation_token::none())), "ok");
+    taking.stop();
+    listening.join();
+    EXPECT_EQ(taken, "chunked " + bytes);
 }
 
 TEST_F(CurlTransportTest, ABodyEndsWhenItsLastPieceIsWritten) {

@@ -166,6 +166,14 @@ TEST_F(InstancesTest, AreUpdatedOnceIfAnythingElseFails) {
     replyInstance("", "{}");
     update(close);
     server.waitForReplies(6);
+    replyInstance("1", "{}");
+    server.reply(Reply::raw("").endingWith(Reply::Ending::Reset));
+    EXPECT_THROW(update(close).get(), web::http::http_exception);
+    EXPECT_EQ(server.requests().size(), 8U) << "that is no conflict";
+    server.reply(Reply::json(R"({"instance":{"instanceId":"i","className":"C","eTag":"1"}})"));
+    replyStored();
+    update(close).get();
+    EXPECT_EQ(bodies().back(), R"({"instance":{"eTag":"1","properties":{"Status":"Closed"}}})") << "its first ones";
 }
 
 } // namespace
