@@ -1119,6 +1119,20 @@ TEST(HostileTest, SlowSendersAreEndedWithAReason) {
     }
 }
 
+TEST(HostileTest, SlowSendersHaveMoreTimeForMore) {
+    ServerOptions options;
+    options.requestTimeout = 1s;
+    const Server server(options);
+    const std::string path = "S/C/" + Client(server).insertId("S/C") + "/$file", part(100'000, 'x');
+    const RawConnection slow(server.port());
+    slow.say(request("PUT", path, "Connection: close\r\nContent-Length: 500000\r\n"));
+    for (int i = 0; i < 5; ++i) {
+        std::this_thread::sleep_for(300ms);
+        slow.say(part);
+    }
+    EXPECT_EQ(slow.hear().substr(0, 12), "HTTP/1.1 200");
+}
+
 TEST(HostileTest, SlowReadersHaveMoreTimeForMore) {
     ServerOptions options;
     options.requestTimeout = 200ms;
