@@ -173,7 +173,7 @@ TEST_F(InstancesTest, AreUpdatedOnceIfAnythingElseFails) {
     server.reply(Reply::json(R"({"instance":{"instanceId":"i","className":"C","eTag":"1"}})"));
     replyStored();
     update(close).get();
-    EXPECT_EQ(bodies().back(), R"({"instance":{"eTag":"1","properties":{"Status":"Closed"}}})") << "its first ones";
+    EXPECT_EQ(bodies().back(), R"({"instance":{"className":"C","eTag":"1","properties":{"Status":"Closed"}}})");
 }
 
 } // namespace
