@@ -1134,16 +1134,22 @@ TEST(HostileTest, SlowSendersHaveMoreTimeForMore) {
 }
 
 TEST(HostileTest, SlowReadersHaveMoreTimeForMore) {
+    const TemporaryFolder folder;
     ServerOptions options;
-    options.requestTimeout = 200ms;
-    const Server server(options);
-    Client client(server);
-    const std::string path = "S/C/" + client.insertId("S/C") + "/$file";
+    options.database = folder.file("slow.db");
+    std::string path;
     const std::string large(30'000'000, 'x'); // more than lies between two sockets
-    EXPECT_EQ(client.send("PUT", path, large).status, 200);
+    {
+        const Server storing(options);
+        Client client(storing);
+        path = "S/C/" + client.insertId("S/C") + "/$file";
+        EXPECT_EQ(client.send("PUT", path, large).status, 200);
+    }
+    options.requestTimeout = 500ms;
+    const Server server(options);
     const RawConnection slow(server.port());
     slow.say(request("GET", path, "Connection: close\r\n"));
-    std::this_thread::sleep_for(600ms);
+    std::this_thread::sleep_for(1500ms);
     EXPECT_GT(slow.hear().size(), large.size());
 }
 
